@@ -1,0 +1,22 @@
+# nivor_test(LAYER SOURCES … LINKS … [LABELS …]): one GoogleTest executable per layer.
+#
+# Every test carries its layer's name as a label; "threads" marks those that also run under TSan.
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+function(nivor_test layer)
+    cmake_parse_arguments(test "" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    add_executable(test_${layer} ${test_SOURCES})
+    target_link_libraries(test_${layer} PRIVATE nivor_options ${test_LINKS} GTest::gmock_main)
+    target_include_directories(test_${layer} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+    # GoogleTest's templates are most of a test's compile time; the code under test keeps its
+    # optimisation and every sanitizer.
+    target_precompile_headers(test_${layer} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    target_compile_options(test_${layer} PRIVATE -O0)
+    if(NIVOR_SANITIZE MATCHES undefined)
+        target_compile_options(test_${layer} PRIVATE -fno-sanitize=undefined)
+    endif()
+    gtest_discover_tests(test_${layer}
+        TEST_PREFIX "${layer}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        PROPERTIES LABELS "${layer};${test_LABELS}" TIMEOUT 120)
+endfunction()
