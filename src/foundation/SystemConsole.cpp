@@ -1,0 +1,16 @@
+#include "foundation/SystemConsole.h"
+
+#include <cstdio>
+#include <string>
+
+namespace nivor {
+
+void writeToSystemConsole(std::string_view line)
+{
+    // One call, one write: stderr is unbuffered and locked for the length of the call.
+    std::string text(line);
+    text += '\n';
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+}  // namespace nivor
