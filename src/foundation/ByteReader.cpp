@@ -11,7 +11,7 @@ ByteReader::ByteReader(ByteView bytes, std::size_t offset)
 
 ByteView ByteReader::bytes(std::size_t count)
 {
-    if (count > remaining()) {
+    if (!ok_ || count > remaining()) {
         ok_ = false;
         return {};
     }

@@ -1,0 +1,268 @@
+#include "logging/RollingLogger.h"
+
+#include "logging/FileContents.h"
+#include "logging/LogTimeStamp.h"
+
+#include <QStringConverter>
+#include <QStringView>
+#include <QUtf8StringView>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace nivor {
+
+namespace {
+
+constexpr std::string_view recordMarker = "<log time=\"";
+
+constexpr auto elementNameUnits = [] {
+    std::array<char, RollingLogger::programName.size()> units{};
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const char unit = RollingLogger::programName[i];
+        units[i] = unit == ' ' ? '_' : unit;
+    }
+    return units;
+}();
+constexpr std::string_view elementName(elementNameUnits.data(), elementNameUnits.size());
+
+constexpr std::chrono::sys_seconds epoch{};
+
+/// Runs `work` and absorbs what it throws (memory may run out): logging never fails its caller.
+template <typename Work> void quietly(Work&& work)
+{
+    try {
+        std::forward<Work>(work)();
+    } catch (...) {
+    }
+}
+
+/// The size of what lies at `path`, or nothing when nothing does.
+std::optional<std::int64_t> sizeOf(const char* path)
+{
+    struct stat status { };
+    if (::stat(path, &status) != 0)
+        return std::nullopt;
+    return std::int64_t{status.st_size};
+}
+
+/// Leaves an empty file at `path`, whatever it held before; fails silently.
+void createEmptyFile(const char* path)
+{
+    const int descriptor = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
+/// The user's home folder, or nothing.
+std::string homeDirectory()
+{
+    const char* const home = std::getenv("HOME");
+    if (home != nullptr && *home != '\0')
+        return home;
+
+    std::array<char, 16 * 1024> texts{};
+    passwd entry{};
+    passwd* found = nullptr;
+    if (::getpwuid_r(::getuid(), &entry, texts.data(), texts.size(), &found) != 0
+        || found == nullptr || found->pw_dir == nullptr)
+        return {};
+    return found->pw_dir;
+}
+
+}  // namespace
+
+RollingLogger& RollingLogger::sharedManager()
+{
+    static RollingLogger* const logger = new RollingLogger;
+    return *logger;
+}
+
+std::filesystem::path RollingLogger::defaultDirectory()
+{
+    const std::string home = homeDirectory();
+    if (home.empty())
+        return {};
+    return home + "/Library/Application Support/KAVRO/NIVOR File Transfer for Mac";
+}
+
+RollingLogger::RollingLogger(Clock clock)
+    : clock_(clock ? std::move(clock) : Clock([] { return std::chrono::system_clock::now(); }))
+{
+}
+
+void RollingLogger::writeToFile(std::string_view className, std::string_view procName,
+                                std::string_view message)
+{
+    quietly([&] {
+        const std::lock_guard guard(writing_);
+        AppendingFile target = openTarget();
+        target.append(record(className, procName, message));
+    });
+}
+
+/// The target, chosen anew when there is none yet, it is gone, or it is full.
+AppendingFile RollingLogger::openTarget()
+{
+    if (const auto name = targetLogName_.get()) {
+        AppendingFile file(*name);
+        // A file that is there but doesn't open stays the target: the record is lost then.
+        const std::optional<std::int64_t> size =
+            file.isOpen() ? std::optional(file.size()) : sizeOf(name->c_str());
+        if (size && *size < fullSize)
+            return file;
+    }
+    chooseTarget();
+    const auto name = targetLogName_.get();
+    return AppendingFile(name ? *name : std::string());
+}
+
+/// The text of one record, in one allocation. Only with `writing_` held.
+std::string RollingLogger::record(std::string_view className, std::string_view procName,
+                                  std::string_view message)
+{
+    const auto now = std::chrono::floor<std::chrono::seconds>(clock_());
+    if (stamp_.empty() || now != stampedSecond_) {
+        stamp_ = formatLogTimeStamp(now);
+        stampedSecond_ = now;
+    }
+
+    constexpr std::size_t fixedTexts = 128 + 2 * elementName.size();
+    std::string text;
+    text.reserve(fixedTexts + className.size() + procName.size() + message.size());
+    text.append(recordMarker).append(stamp_).append("\">\n");
+    text.append("  <").append(elementName).append(">\n");
+    text.append("    <event>").append(className).append(" ").append(procName);
+    text.append("</event>\n");
+    text.append("    <message>").append(message).append("</message>\n");
+    text.append("  </").append(elementName).append(">\n");
+    text.append("</log>\n");
+    return text;
+}
+
+void RollingLogger::selectLogFile()
+{
+    quietly([this] {
+        const std::lock_guard guard(writing_);
+        chooseTarget();
+    });
+}
+
+/// What `selectLogFile` does. Only with `writing_` held.
+void RollingLogger::chooseTarget()
+{
+    const std::string directory = saveDirectory_.get();
+    if (directory.empty())
+        return;
+    const std::string stem = directory + "/" + logBaseName_.get();
+    auto candidate = std::make_shared<const std::string>(stem + "Log.1.log");
+    auto other = std::make_shared<const std::string>(stem + "Log.2.log");
+
+    // A time that can't be read counts as equal to any other, and equal times favour the first.
+    const auto firstTime = getLastLogTime(*candidate);
+    const auto secondTime = getLastLogTime(*other);
+    if (firstTime && secondTime && *firstTime < *secondTime)
+        std::swap(candidate, other);
+
+    const auto size = sizeOf(candidate->c_str());
+    if (size.value_or(0) < fullSize) {
+        targetLogName_.set(candidate);
+        if (!size)
+            createTarget();
+    } else {
+        targetLogName_.set(other);
+        createEmptyFile(other->c_str());
+    }
+}
+
+std::optional<std::chrono::sys_seconds> RollingLogger::getLastLogTime(
+    const std::filesystem::path& path) const
+{
+    std::optional<std::chrono::sys_seconds> time = epoch;
+    quietly([&] {
+        const auto contents = contentsOfFile(path.string());
+        // A text is valid as a whole or not a text at all.
+        if (!contents || !QUtf8StringView(*contents).isValidUtf8())
+            return;
+        const std::size_t marker = contents->rfind(recordMarker);
+        if (marker == std::string::npos)
+            return;
+
+        const std::size_t lineFeed = contents->rfind('\n', marker);
+        const std::size_t begin = lineFeed == std::string::npos ? 0 : lineFeed + 1;
+        const std::size_t end = std::min(contents->find('\n', marker), contents->size());
+        // Positions count UTF-16 units; a byte order mark is one of them.
+        QStringDecoder toUtf16(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+        const QString line = toUtf16(QByteArrayView(*contents).sliced(
+            static_cast<qsizetype>(begin), static_cast<qsizetype>(end - begin)));
+        // The stamp is taken from where the writer puts it, at the start of its line, wherever in
+        // the line the marker is.
+        const QStringView stamp =
+            QStringView(line).mid(qsizetype{recordMarker.size()}, qsizetype{logTimeStampLength});
+        time = parseLogTimeStamp({stamp.utf16(), static_cast<std::size_t>(stamp.size())});
+    });
+    return time;
+}
+
+std::int64_t RollingLogger::getFileSize(const std::filesystem::path& path) const
+{
+    return sizeOf(path.c_str()).value_or(0);
+}
+
+void RollingLogger::makeFile(const std::filesystem::path& /*path*/)
+{
+    quietly([this] {
+        const std::lock_guard guard(writing_);
+        createTarget();
+    });
+}
+
+/// What `makeFile` does. Only with `writing_` held.
+void RollingLogger::createTarget()
+{
+    std::error_code ignored;
+    std::filesystem::create_directories(saveDirectory_.get(), ignored);
+    if (const auto name = targetLogName_.get())
+        createEmptyFile(name->c_str());
+}
+
+std::string RollingLogger::logBaseName() const
+{
+    return logBaseName_.get();
+}
+
+void RollingLogger::setLogBaseName(std::string name)
+{
+    logBaseName_.set(std::move(name));
+}
+
+std::filesystem::path RollingLogger::saveDirectory() const
+{
+    return saveDirectory_.get();
+}
+
+void RollingLogger::setSaveDirectory(std::filesystem::path directory)
+{
+    saveDirectory_.set(directory.string());
+}
+
+std::filesystem::path RollingLogger::targetLogName() const
+{
+    const auto name = targetLogName_.get();
+    return name ? std::filesystem::path(*name) : std::filesystem::path();
+}
+
+void RollingLogger::setTargetLogName(std::filesystem::path name)
+{
+    targetLogName_.set(name.empty() ? nullptr : std::make_shared<const std::string>(name.string()));
+}
+
+}  // namespace nivor
