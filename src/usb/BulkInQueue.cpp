@@ -1,0 +1,218 @@
+#include "usb/BulkInQueue.h"
+
+#include <algorithm>
+#include <cassert>
+#include <chrono>
+#include <utility>
+
+namespace nivor {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// A cancelled transfer comes back within a millisecond; these bounds are for a broken kernel.
+constexpr std::chrono::milliseconds stopLimit{5000};
+constexpr std::chrono::milliseconds flushLimit{2000};
+
+}  // namespace
+
+BulkInQueue::BulkInQueue(libusb_device_handle* handle, std::uint8_t endpoint,
+                         std::size_t maxPacketSize, std::shared_ptr<std::atomic<bool>> gone)
+    : handle_(handle)
+    , endpoint_(endpoint)
+    , maxPacketSize_(std::clamp<std::size_t>(maxPacketSize, 1, smallestTransfer))
+    , gone_(std::move(gone))
+{
+}
+
+BulkInQueue::~BulkInQueue()
+{
+    stop();
+}
+
+UsbResult BulkInQueue::start()
+{
+    const Lock lock(mutex_);
+    assert(stopped_ && line_.empty());
+    stopped_ = failed_ = stalled_ = paused_ = dropping_ = filledExactly_ = false;
+    surplus_ = 0;
+    UsbResult result = UsbResult::NoMemory;
+    for (std::size_t size = largestTransfer; size >= smallestTransfer; size /= 2) {
+        result = fillRing(size);
+        if (result != UsbResult::NoMemory)
+            break;
+    }
+    stopped_ = !succeeded(result);
+    return result;
+}
+
+void BulkInQueue::stop()
+{
+    Lock lock(mutex_);
+    stopped_ = true;
+    cancelAll();
+    changed_.notify_all();
+    if (!waitUntilIdle(lock, stopLimit)) {
+        // The kernel still owns their buffers: better lost than handed out again.
+        for (auto& transfer : line_) {
+            transfer->disown();
+            static_cast<void>(transfer.release());
+        }
+    }
+    line_.clear();
+    idle_.clear();
+    inFlight_ = 0;
+}
+
+bool BulkInQueue::waitUntilIdle(Lock& lock, std::chrono::milliseconds limit)
+{
+    return changed_.wait_until(lock, Clock::now() + limit, [this] { return inFlight_ == 0; });
+}
+
+void BulkInQueue::onFinished(BulkInTransfer& transfer)
+{
+    const Lock lock(mutex_);
+    transfer.finish();
+    assert(inFlight_ > 0);
+    --inFlight_;
+    if (transfer.outcome() == UsbResult::NoDevice)
+        *gone_ = true;
+    else if (transfer.failed())
+        onFailure(transfer);
+    if (dropping_)
+        dropFinished();
+    else
+        dropSurplus();
+    changed_.notify_all();
+}
+
+void BulkInQueue::onFailure(BulkInTransfer& transfer)
+{
+    stalled_ = stalled_ || transfer.outcome() == UsbResult::PipeStalled;
+    if (std::exchange(failed_, true)) {
+        // The transfers behind the first failed one share its fate, which is told only once.
+        transfer.forgive();
+        return;
+    }
+    cancelAll();
+}
+
+UsbResult BulkInQueue::read(std::span<std::uint8_t> buffer, std::size_t& received,
+                            const UsbTimeouts& timeouts)
+{
+    received = 0;
+    if (buffer.empty())
+        return UsbResult::Success;
+    Lock lock(mutex_);
+    if (stopped_)
+        return *gone_ ? UsbResult::NoDevice : UsbResult::NotOpen;
+    const auto lastEnd = Clock::now() + timeouts.completion;
+    auto quietEnd = Clock::now() + timeouts.noData;
+    const auto endedBy = [&received](UsbResult result) {
+        return received > 0 ? UsbResult::Success : result;
+    };
+    for (;;) {
+        if (*gone_)
+            return endedBy(UsbResult::NoDevice);
+        if (stopped_)
+            return endedBy(UsbResult::Aborted);
+        const std::size_t before = received;
+        if (const auto ended = takeFinished(buffer, received))
+            return *ended;
+        if (dropping_ && received > 0)
+            return UsbResult::Success;
+        if (line_.empty() && !paused_) {
+            if (const UsbResult result = restart(lock); !succeeded(result))
+                return endedBy(result);
+            continue;
+        }
+        const auto now = Clock::now();
+        if (received > before)
+            quietEnd = now + timeouts.noData;
+        const auto deadline = std::min(lastEnd, quietEnd);
+        if (now >= deadline)
+            return endedBy(UsbResult::TransactionTimeout);
+        changed_.wait_until(lock, deadline);
+    }
+}
+
+/// Serves finished transfers; a result when that ends the read.
+std::optional<UsbResult> BulkInQueue::takeFinished(std::span<std::uint8_t> buffer,
+                                                   std::size_t& received)
+{
+    while (!line_.empty() && line_.front()->finished()) {
+        BulkInTransfer& front = *line_.front();
+        received += front.read(buffer.subspan(received));
+        if (front.unreadCount() > 0) {
+            filledExactly_ = false;
+            return UsbResult::Success;
+        }
+        if (front.failed()) {
+            // A failure behind bytes of this read is the next read's.
+            if (received > 0)
+                return UsbResult::Success;
+            const UsbResult failure = front.outcome();
+            front.forgive();
+            filledExactly_ = false;
+            retireFront();
+            return failure;
+        }
+        const bool shortEnd = front.endedShort();
+        const bool empty = front.receivedCount() == 0;
+        // An empty packet right behind a read that a full transfer filled is that read's end.
+        const bool pastEnd = filledExactly_ && empty && received == 0;
+        const bool ended = shortEnd && !pastEnd;
+        const bool full = received == buffer.size();
+        if (shortEnd || !empty)
+            filledExactly_ = full && !shortEnd;
+        retireFront();
+        if (ended || full)
+            return UsbResult::Success;
+    }
+    return std::nullopt;
+}
+
+void BulkInQueue::dropUntilWrite()
+{
+    const Lock lock(mutex_);
+    dropping_ = true;
+    filledExactly_ = false;
+    dropFinished();
+    changed_.notify_all();
+}
+
+void BulkInQueue::endDropping()
+{
+    Lock lock(mutex_);
+    if (!dropping_ || stopped_)
+        return;
+    // A read may be starting the ring anew at this moment.
+    const auto limit = Clock::now() + flushLimit;
+    changed_.wait_until(lock, limit, [this] { return !paused_; });
+    if (!paused_) {
+        paused_ = true;
+        cancelAll();
+        waitUntilIdle(lock, flushLimit);
+        if (line_.empty() && !*gone_)
+            static_cast<void>(restart(lock));
+        paused_ = false;
+    }
+    dropping_ = false;
+    changed_.notify_all();
+}
+
+void BulkInQueue::deviceLeft()
+{
+    const Lock lock(mutex_);
+    *gone_ = true;
+    changed_.notify_all();
+}
+
+BulkInQueue::Shape BulkInQueue::shape() const
+{
+    const Lock lock(mutex_);
+    return {.depth = line_.size() + idle_.size() - surplus_, .transferSize = transferSize_};
+}
+
+}  // namespace nivor

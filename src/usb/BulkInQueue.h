@@ -1,0 +1,123 @@
+/// The queued reader of a bulk-in pipe: transfers wait in the kernel before the data comes.
+///
+/// Private to this layer, for it shows libusb's types.
+#pragma once
+
+#include "usb/BulkInTransfer.h"
+#include "usb/UsbResult.h"
+#include "usb/UsbTimeouts.h"
+
+#include <libusb.h>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace nivor {
+
+/// A ring of transfers stays in flight from `start` to `stop`, so that the wire never waits for
+/// the program; reads are served from finished transfers, in order and byte for byte.
+///
+/// What a read sees does not depend on the ring's shape:
+/// - It ends when its buffer is full or where the device sent a short or an empty packet. Such an
+///   end that coincides with the end of a full buffer belongs to that read.
+/// - A time-out takes nothing away: what is on its way is there for the next read.
+/// - Bytes that came before a failure are served first, then the failure once. The ring then
+///   starts anew with the next read, after clearing the endpoint's halt if there was a stall:
+///   without that the kernel would answer every further transfer with the same stall.
+/// - Once the device has left, every read ends at once with `NoDevice`.
+///
+/// Somebody has to handle the context's events meanwhile. One thread reads; the other operations
+/// may be called from any thread.
+class BulkInQueue final : private BulkInTransfer::Owner {
+public:
+    /// Bytes of one transfer and their number. The kernel lets all programs together hold 16 MiB.
+    static constexpr std::size_t largestTransfer = 128 * 1024;
+    static constexpr std::size_t smallestTransfer = 16 * 1024;
+    static constexpr std::size_t deepestRing = 16;
+
+    /// `gone` is the device's own flag, which the queue both sets and heeds.
+    BulkInQueue(libusb_device_handle* handle, std::uint8_t endpoint, std::size_t maxPacketSize,
+                std::shared_ptr<std::atomic<bool>> gone);
+
+    /// Stops the ring if that has not been done.
+    ~BulkInQueue();
+
+    BulkInQueue(const BulkInQueue&) = delete;
+    BulkInQueue& operator=(const BulkInQueue&) = delete;
+
+    /// Fills the ring; when the kernel has not enough memory, with half as many or half as large
+    /// transfers, until it fits. `NoMemory` when not even one smallest transfer does.
+    UsbResult start();
+
+    /// Ends all transfers and waits for them, at most a few seconds. A waiting read ends at once.
+    void stop();
+
+    /// See `UsbInterface::readPipe`.
+    UsbResult read(std::span<std::uint8_t> buffer, std::size_t& received,
+                   const UsbTimeouts& timeouts);
+
+    /// From now on all that has come and comes is thrown away: the camera has confirmed that a
+    /// transaction is cancelled, and a host that reads without queueing would never see the rest.
+    void dropUntilWrite();
+
+    /// To be called before each write: ends the dropping, throwing away what is there by now, in
+    /// half-filled transfers too. Does nothing while nothing is being dropped.
+    void endDropping();
+
+    /// Ends a waiting read at once; the caller has seen the device leave.
+    void deviceLeft();
+
+    /// Transfers in the ring and the size of each, for tests and diagnosis.
+    struct Shape {
+        std::size_t depth;
+        std::size_t transferSize;
+    };
+    [[nodiscard]] Shape shape() const;
+
+private:
+    using Lock = std::unique_lock<std::mutex>;
+
+    UsbResult fillRing(std::size_t transferSize);
+    UsbResult submit(std::unique_ptr<BulkInTransfer> transfer);
+    UsbResult submitIdle();
+    UsbResult restart(Lock& lock);
+    void halve();
+    void onFinished(BulkInTransfer& transfer) override;
+    void onFailure(BulkInTransfer& transfer);
+    void cancelAll();
+    bool waitUntilIdle(Lock& lock, std::chrono::milliseconds limit);
+    std::optional<UsbResult> takeFinished(std::span<std::uint8_t> buffer, std::size_t& received);
+    void retireFront();
+    void dropFinished();
+    void dropSurplus();
+
+    libusb_device_handle* const handle_;
+    const std::uint8_t endpoint_;
+    const std::size_t maxPacketSize_;
+    const std::shared_ptr<std::atomic<bool>> gone_;
+
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::unique_ptr<BulkInTransfer>> line_;  // submitted, the oldest first
+    std::vector<std::unique_ptr<BulkInTransfer>> idle_;
+    std::size_t inFlight_ = 0;  // those of the line that have not finished
+    std::size_t surplus_ = 0;   // how many leave the ring once they are cancelled
+    std::size_t transferSize_ = 0;
+    bool stopped_ = true;
+    bool failed_ = false;   // a transfer failed: the ring runs out, then starts anew
+    bool stalled_ = false;  // the endpoint has to be cleared before that
+    bool paused_ = false;   // somebody is about to start it anew
+    bool dropping_ = false;
+    bool filledExactly_ = false;  // the last read ended where a full transfer ended
+};
+
+}  // namespace nivor

@@ -1,0 +1,126 @@
+// The ring of transfers behind the queued reader: filling it, and sending transfers round.
+#include "usb/BulkInQueue.h"
+
+#include "usb/LibusbResult.h"
+
+#include <cassert>
+#include <utility>
+
+namespace nivor {
+
+/// Submits a full ring of such transfers, or half of what the kernel has memory for: the other
+/// half is left to the requests that go the other way and to other programs.
+UsbResult BulkInQueue::fillRing(std::size_t transferSize)
+{
+    // Only whole packets: the device must never send more than the rest of a buffer holds.
+    transferSize_ = transferSize - transferSize % maxPacketSize_;
+    idle_.clear();
+    UsbResult result = UsbResult::Success;
+    for (std::size_t i = 0; i < deepestRing && succeeded(result); ++i) {
+        auto transfer = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this);
+        result = transfer ? submit(std::move(transfer)) : UsbResult::NoMemory;
+    }
+    if (result != UsbResult::NoMemory || line_.empty())
+        return result;
+    idle_.clear();
+    halve();
+    return UsbResult::Success;
+}
+
+/// Takes the newer half of the line out of the ring.
+void BulkInQueue::halve()
+{
+    surplus_ = line_.size() / 2;
+    for (std::size_t i = line_.size() - surplus_; i < line_.size(); ++i)
+        line_[i]->cancel();
+}
+
+UsbResult BulkInQueue::submit(std::unique_ptr<BulkInTransfer> transfer)
+{
+    const UsbResult result = transfer->submit();
+    if (succeeded(result)) {
+        line_.push_back(std::move(transfer));
+        ++inFlight_;
+        return result;
+    }
+    if (result == UsbResult::NoDevice)
+        *gone_ = true;
+    idle_.push_back(std::move(transfer));
+    return result;
+}
+
+/// Submits what is idle. A success when at least one transfer is in flight then.
+UsbResult BulkInQueue::submitIdle()
+{
+    UsbResult result = UsbResult::Success;
+    while (!idle_.empty() && succeeded(result)) {
+        auto transfer = std::move(idle_.back());
+        idle_.pop_back();
+        result = submit(std::move(transfer));
+    }
+    return inFlight_ > 0 ? UsbResult::Success : result;
+}
+
+/// Starts the ring anew once it has run out. The lock is open meanwhile.
+UsbResult BulkInQueue::restart(Lock& lock)
+{
+    assert(line_.empty());
+    paused_ = true;
+    if (std::exchange(stalled_, false)) {
+        lock.unlock();
+        const UsbResult cleared = resultOfLibusbError(libusb_clear_halt(handle_, endpoint_));
+        lock.lock();
+        // Any other failure shows again, and with more reason, in the next transfer.
+        if (cleared == UsbResult::NoDevice)
+            *gone_ = true;
+    }
+    paused_ = false;
+    failed_ = false;
+    const UsbResult result = *gone_ ? UsbResult::NoDevice
+        : stopped_                  ? UsbResult::NotOpen
+                                    : submitIdle();
+    changed_.notify_all();
+    return result;
+}
+
+void BulkInQueue::cancelAll()
+{
+    // The newest first, so that no data flows into a transfer behind a cancelled one.
+    for (auto transfer = line_.rbegin(); transfer != line_.rend(); ++transfer) {
+        if (!(*transfer)->finished())
+            (*transfer)->cancel();
+    }
+}
+
+/// Sends the front transfer, whose bytes are done with, to the end of the line.
+void BulkInQueue::retireFront()
+{
+    auto transfer = std::move(line_.front());
+    line_.pop_front();
+    if (surplus_ > 0 && transfer->outcome() == UsbResult::Aborted) {
+        --surplus_;
+    } else if (failed_ || paused_ || stopped_ || *gone_) {
+        idle_.push_back(std::move(transfer));
+    } else {
+        // If the kernel has no memory for it now, it waits until the ring has run out.
+        static_cast<void>(submit(std::move(transfer)));
+    }
+}
+
+void BulkInQueue::dropFinished()
+{
+    while (!line_.empty() && line_.front()->finished())
+        retireFront();
+}
+
+/// Lets go of transfers that were cancelled to make the ring smaller and hold nothing.
+void BulkInQueue::dropSurplus()
+{
+    while (surplus_ > 0 && line_.back()->finished() && line_.back()->receivedCount() == 0
+           && line_.back()->outcome() == UsbResult::Aborted) {
+        line_.pop_back();
+        --surplus_;
+    }
+}
+
+}  // namespace nivor
