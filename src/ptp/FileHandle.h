@@ -1,0 +1,71 @@
+/// An open destination file that reports every failure of the disk.
+#pragma once
+
+#include "foundation/Bytes.h"
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace nivor {
+
+/// Every operation that the file system refuses raises `FileError` with its errno; so does every
+/// operation on a handle that never opened, with the errno of the opening. One thread at a time.
+class FileHandle {
+public:
+    /// Creates a new, empty file and opens it for writing. A name that is taken, by a link too,
+    /// leaves the handle unopened with EEXIST: nothing that exists is ever touched.
+    static FileHandle create(const std::filesystem::path& path);
+
+    /// Opens an existing file for writing, without changing it.
+    static FileHandle openForWriting(const std::filesystem::path& path);
+
+    /// Takes over an open descriptor; `path` is for messages.
+    FileHandle(int descriptor, std::filesystem::path path);
+
+    virtual ~FileHandle();
+    FileHandle(FileHandle&& other) noexcept;
+    FileHandle& operator=(FileHandle&&) = delete;
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+
+    /// The errno of the opening; 0 when it succeeded.
+    [[nodiscard]] int openError() const { return openError_; }
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+    /// Cuts or extends the file to `length` bytes and moves the position there.
+    void truncateFile(std::uint64_t length);
+
+    void seekToEndOfFile();
+
+    /// Writes all of `bytes` at the position and moves it behind them.
+    void writeData(ByteView bytes);
+
+    /// Returns once the file's bytes are on the disk.
+    void synchronizeFile();
+
+    /// Closes the file; what only the closing brings to light is raised as well.
+    void closeFile();
+
+protected:
+    /// One attempt to write, as write(2): the bytes taken, or -1 with errno set.
+    virtual ssize_t writeSome(ByteView bytes);
+
+private:
+    FileHandle(int descriptor, int openError, std::filesystem::path path);
+
+    static FileHandle open(const std::filesystem::path& path, int flags);
+    void requireOpen(const char* operation) const;
+    [[noreturn]] void fail(const char* operation, int errnoValue) const;
+
+    int descriptor_;
+    int openError_;
+    std::filesystem::path path_;
+};
+
+}  // namespace nivor

@@ -1,0 +1,193 @@
+// The receive loop of a transaction: everything here runs on the receive thread.
+
+#include "codes/ContainerType.h"
+#include "codes/StillImageClass.h"
+#include "ptp/ContainerHeader.h"
+#include "ptp/PTPCommunication.h"
+#include "ptp/PTPTransactionCallback.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <utility>
+
+namespace nivor {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t firstReadSize = 5120;
+constexpr UsbTimeouts readTimeouts{600ms, 2000ms};
+
+// Whole buffers while one is left, then small reads: a tail never waits for more than it has.
+std::size_t continuationReadSize(std::uint64_t remaining)
+{
+    return remaining >= ReceiveBuffer::size ? ReceiveBuffer::size : firstReadSize;
+}
+
+}  // namespace
+
+/// What one run of the receive loop works on.
+struct PTPCommunication::Reception {
+    PTPTransactionCallback* callback;
+    std::string_view event;
+    ReceiveBuffer memory;
+    std::uint64_t total = 0;      ///< bytes of the data container so far, header included
+    bool isRefused = false;       ///< the sink takes no more
+    bool isDataUnderWay = false;  ///< and the camera has more to send
+};
+
+std::unique_ptr<OperationQueue> PTPCommunication::setReceiveOperation(
+    PTPTransactionCallback* receiveCallback)
+{
+    constexpr Selector selector{"setReceiveOperation:"};
+    auto queue = std::make_unique<OperationQueue>();
+    queue->addOperation(
+        [this, receiveCallback, event = selector.text()] { receive(receiveCallback, event); });
+    return queue;
+}
+
+void PTPCommunication::receive(PTPTransactionCallback* receiveCallback, std::string_view event)
+{
+    {
+        Reception reception{receiveCallback, event, parts_.allocateReceiveBuffer()};
+        if (!reception.memory)
+            failReception(TransactionFailure::Cause::NoMemory);
+        if (!tmpBuffer())
+            setTmpBuffer(std::make_shared<ByteBuffer>());
+        setTimeoutTimer(0);
+        receiveContainers(reception);
+        if (reception.isRefused)
+            endRefusedTransaction(reception);
+    }
+    setIsReceivedFinish(true);
+    wakeWaitingThread();
+}
+
+void PTPCommunication::receiveContainers(Reception& reception)
+{
+    while (!isReceivedError() && !(isReceivedResponse() && isReceivedData())) {
+        if (!receiveContainer(reception))
+            return;
+    }
+}
+
+// Reads one container, or finds that none came in time; false ends the loop.
+bool PTPCommunication::receiveContainer(Reception& reception)
+{
+    const std::span<std::uint8_t> first = reception.memory.bytes().first(firstReadSize);
+    // Nothing of an earlier container may pass for the header of a read that brings less.
+    std::fill_n(first.begin(), containerHeaderSize, std::uint8_t{0});
+
+    std::size_t received = 0;
+    const UsbResult result = readPipe(first, received);
+    if (result == UsbResult::TransactionTimeout) {
+        writeLog(reception.event, "ReadPipe : timeout1 retry");
+        return true;
+    }
+    writeLog(reception.event, fmt::format("ReadPipe : len = {}", received));
+    if (!succeeded(result)) {
+        failReception(TransactionFailure::Cause::ReadFailed, result);
+        return false;
+    }
+
+    const ContainerHeader header = ContainerHeader::parse(first);
+    if (header.isOfType(ContainerType::Response)) {
+        setIsReceivedResponse(true);
+        setLastResponseCode(header.code);
+    } else if (header.isOfType(ContainerType::Data)) {
+        receiveDataPhase(reception, received, header.completeSize(tmpBufferSize()));
+    }
+    return true;
+}
+
+void PTPCommunication::receiveDataPhase(Reception& reception, std::size_t firstRead,
+                                        std::uint64_t completeSize)
+{
+    reception.total += firstRead;
+    const std::span<std::uint8_t> memory = reception.memory.bytes();
+    if (!deliver(reception, memory.first(firstRead), completeSize))
+        return;
+
+    std::size_t received = firstRead;
+    while (reception.total < completeSize) {
+        // Only bytes are progress: empty packets without end must not keep a transaction alive.
+        if (received > 0)
+            setTimeoutTimer(0);
+        const auto piece = memory.first(continuationReadSize(completeSize - reception.total));
+        UsbResult result = UsbResult::Aborted;
+        while (!isReceivedError()
+               && (result = readPipe(piece, received)) == UsbResult::TransactionTimeout)
+            writeLog(reception.event, "ReadPipe : timeout2 retry");
+        if (isReceivedError() || !succeeded(result)) {
+            failReception(TransactionFailure::Cause::ReadFailed, result);
+            break;
+        }
+        reception.total += received;
+        if (!deliver(reception, piece.first(received), completeSize))
+            break;
+    }
+    setIsReceivedData(true);
+}
+
+UsbResult PTPCommunication::readPipe(std::span<std::uint8_t> buffer, std::size_t& received)
+{
+    received = 0;
+    const std::shared_ptr<UsbInterface> interface = usbInterface();
+    return interface ? interface->readPipe(buffer, received, readTimeouts) : UsbResult::NotOpen;
+}
+
+// Hands a piece to the sink, or collects it; false when the sink takes no more.
+bool PTPCommunication::deliver(Reception& reception, ByteView piece, std::uint64_t completeSize)
+{
+    if (reception.callback == nullptr) {
+        const std::shared_ptr<ByteBuffer> buffer = tmpBuffer();
+        buffer->insert(buffer->end(), piece.begin(), piece.end());
+        return true;
+    }
+    try {
+        // Assumed until the sink has answered.
+        reception.isRefused = true;
+        reception.isDataUnderWay = reception.total < completeSize;
+        if (reception.callback->callbackProc(reception.total, completeSize, piece.data(),
+                                             piece.size())) {
+            reception.isRefused = false;
+            return true;
+        }
+        failReception(TransactionFailure::Cause::SinkRefused);
+    } catch (const std::exception& error) {
+        writeLog(reception.event, fmt::format("ReceiveCallback (error = {})", error.what()));
+        failReception(TransactionFailure::Cause::SinkError, UsbResult::Success, error.what());
+    }
+    return false;
+}
+
+// The camera does not know that nobody takes its data. Left alone, what it still has to send
+// would answer the next command; so it is asked to stop, or its response is read and dropped.
+void PTPCommunication::endRefusedTransaction(Reception& reception)
+{
+    if (reception.isDataUnderWay) {
+        bool lastStatusSucceeded = false;
+        requestCancel(lastStatusSucceeded);
+        writeLog(
+            reception.event,
+            fmt::format("ReceiveCallback (cancel = {})", lastStatusSucceeded ? "success" : "fail"));
+        return;
+    }
+    std::size_t received = 0;
+    if (succeeded(readPipe(reception.memory.bytes().first(firstReadSize), received)))
+        writeLog(reception.event, fmt::format("ReadPipe : len = {}", received));
+}
+
+void PTPCommunication::failReception(TransactionFailure::Cause cause, UsbResult result,
+                                     std::string detail)
+{
+    // A time-out or a stop that the waiting thread has found is the cause that counts.
+    if (!isReceivedError())
+        failure_.set({.cause = cause, .usbResult = result, .detail = std::move(detail)});
+    setIsReceivedError(true);
+}
+
+}  // namespace nivor
