@@ -1,0 +1,42 @@
+/// Owns an open file of the operating system.
+#pragma once
+
+#include <unistd.h>
+#include <utility>
+
+namespace nivor {
+
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int descriptor)
+        : descriptor_(descriptor)
+    {
+    }
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : descriptor_(std::exchange(other.descriptor_, -1))
+    {
+    }
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept
+    {
+        std::swap(descriptor_, other.descriptor_);
+        return *this;
+    }
+    ~FileDescriptor()
+    {
+        if (descriptor_ >= 0)
+            ::close(descriptor_);
+    }
+
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+    [[nodiscard]] explicit operator bool() const { return descriptor_ >= 0; }
+    [[nodiscard]] int get() const { return descriptor_; }
+    [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
+
+private:
+    int descriptor_ = -1;
+};
+
+}  // namespace nivor
