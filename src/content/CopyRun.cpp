@@ -1,0 +1,207 @@
+#include "content/CopyRun.h"
+
+#include "content/CameraGone.h"
+#include "content/CopyProgress.h"
+#include "content/CopyRunObserver.h"
+#include "content/PolledOperation.h"
+#include "datasets/ObjectInfoData.h"
+#include "datasets/TrimmingNullCharacters.h"
+#include "foundation/Errors.h"
+#include "foundation/Selector.h"
+#include "logging/RollingLogger.h"
+#include "ptp/FileHandle.h"
+#include "ptp/GetObjectCallback.h"
+#include "ptp/PTPCommunication.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace nivor {
+namespace {
+
+/// Why the file at `path` is not what the camera announced; empty when it is.
+std::string sizeFailure(const std::filesystem::path& path, std::uint64_t announced)
+{
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    if (error)
+        return "Could not look at " + path.string() + ": " + error.message();
+    if (size != announced) {
+        return fmt::format("{} bytes were announced and {} arrived", announced, size);
+    }
+    return {};
+}
+
+/// The engine's words for a failed transfer, made clearer where it can't know better.
+std::string transferFailure(const TransactionFailure& failure, std::uint64_t announced)
+{
+    if (failure.cause == TransactionFailure::Cause::SinkRefused && announced == 0)
+        return "it holds 0 bytes, and the camera sends nothing for it";
+    const std::string text = failure.toText();
+    return text.empty() ? "the camera did not send it" : text;
+}
+
+}  // namespace
+
+/// A file on its way.
+struct CopyRun::Transfer {
+    CopiedFile& result;
+    HandleBlock handle;
+    std::shared_ptr<FileHandle> file;
+    std::shared_ptr<CopyProgress> progress;
+};
+
+CopyRun::CopyRun(PTPCommunication& engine, RollingLogger& logger, HandlesDict handles,
+                 CopyRunObserver& observer, CopyTargets::CreateFile createFile)
+    : engine_(engine)
+    , logger_(logger)
+    , handles_(std::move(handles))
+    , observer_(observer)
+    , createFile_(std::move(createFile))
+{
+}
+
+CopyResult CopyRun::startCopyingItems(const ObjectList& items,
+                                      const std::filesystem::path& destination,
+                                      const std::shared_ptr<CopyProgress>& progress)
+{
+    constexpr Selector selector{"startCopyingItems:toDestination:"};
+    prepare(items, destination, *progress);
+    observer_.copyWillBegin(*progress);
+    writeLog(selector.text(), fmt::format("startCopyingItems (copyItemCount = {})", items.size()));
+
+    CopyTargets targets(destination, createFile_);
+    for (const auto& item : items) {
+        if (item->isAssociation())
+            continue;
+        result_.isStopped = result_.isStopped || observer_.isStopRequested();
+        if (result_.isStopped)
+            ++result_.filesNotBegun;
+        else
+            copyItem(item, targets, progress);
+    }
+
+    engine_.stopCopyFlgInit();
+    // Singular here, unlike the opening line; both are what readers of these logs look for.
+    writeLog(selector.text(),
+             fmt::format("startCopyingItem (result = {})", result_.isError ? "fail" : "success"));
+    return std::move(result_);
+}
+
+void CopyRun::prepare(const ObjectList& items, const std::filesystem::path& destination,
+                      CopyProgress& progress) const
+{
+    std::uint64_t totalSize = 0;
+    std::uint64_t fileCount = 0;
+    for (const auto& item : items) {
+        totalSize += item->objectCompressedSize();
+        fileCount += item->isAssociation() ? 0U : 1U;
+    }
+    progress.setSourceFile(QString());
+    progress.setDestination(destination);
+    progress.setNumberOfCopiedItems(0);
+    progress.setNumberOfTotalItems(fileCount);
+    progress.setCopiedSize(0);
+    progress.setTotalSize(totalSize);
+}
+
+void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets& targets,
+                       const std::shared_ptr<CopyProgress>& progress)
+{
+    const QString cameraName = NVX_stringByTrimmingNullCharacters(item->fileName());
+    progress->setSourceFile(cameraName);
+    progress->setNumberOfCopiedItems(progress->numberOfCopiedItems() + 1);
+
+    CopiedFile& file = result_.files.emplace_back();
+    file.object = item;
+    const auto handle = handles_.constFind(item->myHandle());
+    if (isCameraGone_) {
+        // Asking on would only litter the folder with empty files.
+        file.failure = cameraGoneText;
+    } else if (handle == handles_.cend()) {
+        file.failure = "the camera no longer has it";
+    } else {
+        Transfer transfer{file, handle.value(), targets.create(cameraName), progress};
+        file.path = transfer.file->path();
+        this->transfer(transfer);
+        targets.recordUse(cameraName);
+    }
+    file.isCopied = file.failure.empty();
+    result_.isError = !file.isCopied;
+    observer_.fileDidFinish(file, *progress);
+}
+
+void CopyRun::transfer(Transfer& transfer)
+{
+    CopiedFile& result = transfer.result;
+    if (!transfer.file->isOpen()) {
+        // The camera need not send what there is no place for.
+        result.failure =
+            FileError(transfer.file->openError(), "Could not create " + result.path.string())
+                .what();
+        return;
+    }
+
+    runPolled([this, &transfer] { receive(transfer); },
+              [this, &transfer] {
+                  stopIfRequested();
+                  observer_.copyIsUnderWay(*transfer.progress);
+              });
+    // No transaction runs by now, so a stop has nothing to cancel; it is seen before the next file.
+    runPolled([this, &transfer] { secure(transfer); },
+              [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); });
+}
+
+/// On the worker: fetches the object into the file.
+void CopyRun::receive(Transfer& transfer)
+{
+    const std::uint64_t size = transfer.result.object->objectCompressedSize();
+    GetObjectCallback callback(transfer.progress, transfer.file);
+    if (engine_.getObject(transfer.handle, size, nullptr, &callback))
+        return;
+    const TransactionFailure failure = engine_.lastTransactionFailure();
+    isCameraGone_ = isCameraGone(failure);
+    transfer.result.failure = transferFailure(failure, size);
+}
+
+/// On the worker: a file is copied only when all of it has reached the disk.
+void CopyRun::secure(Transfer& transfer)
+{
+    CopiedFile& result = transfer.result;
+    const auto note = [&result](std::string failure) {
+        // What failed first is the cause of the rest.
+        if (result.failure.empty())
+            result.failure = std::move(failure);
+    };
+    try {
+        transfer.file->synchronizeFile();
+    } catch (const FileError& error) {
+        note(error.what());
+    }
+    try {
+        transfer.file->closeFile();
+    } catch (const FileError& error) {
+        note(error.what());
+    }
+    note(sizeFailure(result.path, result.object->objectCompressedSize()));
+}
+
+void CopyRun::stopIfRequested()
+{
+    if (result_.isStopped || !observer_.isStopRequested())
+        return;
+    result_.isStopped = true;
+    result_.isCancelSent = true;
+    engine_.cancelTransaction();
+    result_.isStopConfirmed = engine_.isStopCopyFlg();
+    observer_.copyWasStopped(result_.isStopConfirmed);
+}
+
+void CopyRun::writeLog(std::string_view selector, std::string_view message)
+{
+    logger_.writeToFile("AppDelegate", selector, message);
+}
+
+}  // namespace nivor

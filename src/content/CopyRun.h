@@ -1,0 +1,56 @@
+/// Copies files from the camera into a folder, one after another.
+#pragma once
+
+#include "content/ContentListing.h"
+#include "content/CopyResult.h"
+#include "content/CopyTargets.h"
+
+#include <filesystem>
+#include <memory>
+#include <string_view>
+
+namespace nivor {
+
+class CopyProgress;
+class CopyRunObserver;
+class PTPCommunication;
+class RollingLogger;
+
+/// Serves one run. Each file gets a free name of its own and streams straight to the disk on a
+/// worker thread, while the calling thread watches and can stop it. Nothing that exists is
+/// overwritten, and nothing of what was written is removed, not even after a failure or a stop.
+class CopyRun {
+public:
+    /// `handles`: those of the listing that the items come from.
+    CopyRun(PTPCommunication& engine, RollingLogger& logger, HandlesDict handles,
+            CopyRunObserver& observer, CopyTargets::CreateFile createFile = {});
+
+    /// Copies the files among `items`, in their order; folders are passed over. Returns when all
+    /// is done, failed or stopped. `progress` is reset first and advanced from then on.
+    CopyResult startCopyingItems(const ObjectList& items, const std::filesystem::path& destination,
+                                 const std::shared_ptr<CopyProgress>& progress);
+
+private:
+    struct Transfer;
+
+    void prepare(const ObjectList& items, const std::filesystem::path& destination,
+                 CopyProgress& progress) const;
+    void copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets& targets,
+                  const std::shared_ptr<CopyProgress>& progress);
+    void transfer(Transfer& transfer);
+    void receive(Transfer& transfer);
+    void secure(Transfer& transfer);
+    void stopIfRequested();
+    void writeLog(std::string_view selector, std::string_view message);
+
+    PTPCommunication& engine_;
+    RollingLogger& logger_;
+    const HandlesDict handles_;
+    CopyRunObserver& observer_;
+    const CopyTargets::CreateFile createFile_;
+
+    CopyResult result_;
+    bool isCameraGone_ = false;
+};
+
+}  // namespace nivor

@@ -1,0 +1,35 @@
+/// Watches a copy run, and may stop it.
+#pragma once
+
+namespace nivor {
+
+class CopyProgress;
+struct CopiedFile;
+
+/// Every operation is called on the thread that runs the copy; none of them must throw.
+class CopyRunObserver {
+public:
+    CopyRunObserver() = default;
+    virtual ~CopyRunObserver() = default;
+
+    CopyRunObserver(const CopyRunObserver&) = delete;
+    CopyRunObserver& operator=(const CopyRunObserver&) = delete;
+
+    /// The totals are known and no file has begun.
+    virtual void copyWillBegin(const CopyProgress& /*progress*/) { }
+
+    /// Called again and again while a file is under way, every 0.01 s or a little later: the place
+    /// to let the event loop turn and to show the progress. May be slow.
+    virtual void copyIsUnderWay(const CopyProgress& /*progress*/) { }
+
+    /// Asked between files and while one is under way. Once true, a stop is on its way.
+    virtual bool isStopRequested() { return false; }
+
+    /// The camera has been asked to end the running transfer. Unconfirmed, the transfer goes on,
+    /// and the run ends after it.
+    virtual void copyWasStopped(bool /*isConfirmed*/) { }
+
+    virtual void fileDidFinish(const CopiedFile& /*file*/, const CopyProgress& /*progress*/) { }
+};
+
+}  // namespace nivor

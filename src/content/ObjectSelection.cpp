@@ -1,0 +1,105 @@
+#include "content/ObjectSelection.h"
+
+#include "content/FileGlob.h"
+#include "datasets/ObjectInfoData.h"
+
+#include <cstddef>
+#include <functional>
+
+namespace nivor {
+namespace {
+
+using Nodes = std::vector<ObjectTree::Node>;
+using Condition = std::function<bool(const ObjectTree::Node&)>;
+
+std::vector<std::size_t> indexesWhere(const Nodes& nodes, const Condition& condition)
+{
+    std::vector<std::size_t> indexes;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (condition(nodes[i]))
+            indexes.push_back(i);
+    }
+    return indexes;
+}
+
+/// The decimal text of the handle that `word` is, or nothing.
+QString handleKey(const QString& word)
+{
+    const bool isHexadecimal = word.startsWith(QStringLiteral("0x"), Qt::CaseInsensitive);
+    bool ok = false;
+    const uint handle = isHexadecimal ? word.mid(2).toUInt(&ok, 16) : word.toUInt(&ok, 10);
+    return ok ? QString::number(handle) : QString();
+}
+
+/// A path without the slashes that a shell's completion leaves at its ends.
+QString trimmedPath(QString path)
+{
+    while (path.endsWith(u'/'))
+        path.chop(1);
+    qsizetype slashes = 0;
+    while (slashes < path.size() && path.at(slashes) == u'/')
+        ++slashes;
+    return path.mid(slashes).normalized(QString::NormalizationForm_C);
+}
+
+std::vector<std::size_t> indexesOf(const Nodes& nodes, const QString& word)
+{
+    if (word.contains(u'/')) {
+        const QString path = trimmedPath(word);
+        const auto exact = indexesWhere(nodes, [&path](const ObjectTree::Node& node) {
+            return node.path.normalized(QString::NormalizationForm_C) == path;
+        });
+        if (!exact.empty())
+            return exact;
+        return indexesWhere(nodes, [glob = FileGlob(path)](const ObjectTree::Node& node) {
+            return glob.matchesPath(node.path);
+        });
+    }
+
+    const QString name = word.normalized(QString::NormalizationForm_C);
+    const auto exact = indexesWhere(nodes, [&name](const ObjectTree::Node& node) {
+        return node.name.normalized(QString::NormalizationForm_C) == name;
+    });
+    if (!exact.empty())
+        return exact;
+    const QString key = handleKey(word);
+    const auto byHandle = indexesWhere(nodes, [&key](const ObjectTree::Node& node) {
+        return !key.isEmpty() && node.object->myHandle() == key;
+    });
+    if (!byHandle.empty())
+        return byHandle;
+    return indexesWhere(nodes, [glob = FileGlob(word)](const ObjectTree::Node& node) {
+        return glob.matchesName(node.name);
+    });
+}
+
+}  // namespace
+
+ObjectSelection selectObjects(const ObjectTree& tree, const QStringList& words)
+{
+    const Nodes& nodes = tree.nodes();
+    ObjectSelection selection;
+    std::vector<bool> isSelected(nodes.size(), false);
+    for (const QString& word : words) {
+        const std::vector<std::size_t> indexes = indexesOf(nodes, word);
+        if (indexes.empty())
+            selection.unmatched.push_back(word);
+        bool hasFile = false;
+        for (const std::size_t index : indexes) {
+            const std::size_t end = index + 1 + tree.descendantCount(index);
+            for (std::size_t i = index; i < end; ++i) {
+                if (nodes[i].object->isAssociation())
+                    continue;
+                hasFile = true;
+                if (!isSelected[i])
+                    selection.files.push_back(nodes[i].object);
+                isSelected[i] = true;
+            }
+        }
+        if (!indexes.empty() && !hasFile)
+            selection.emptyHanded.push_back(word);
+    }
+    return selection;
+}
+
+}  // namespace nivor

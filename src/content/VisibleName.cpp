@@ -1,0 +1,47 @@
+#include "content/VisibleName.h"
+
+#include <QList>
+
+namespace nivor {
+namespace {
+
+constexpr char16_t firstControlPicture = 0x2400;
+constexpr char16_t pictureOfDelete = 0x2421;
+
+bool changesDirection(char32_t character)
+{
+    return character == 0x061C || character == 0x200E || character == 0x200F
+        || (character >= 0x202A && character <= 0x202E)
+        || (character >= 0x2066 && character <= 0x2069);
+}
+
+bool separatesLines(char32_t character)
+{
+    return character == 0x2028 || character == 0x2029;
+}
+
+}  // namespace
+
+QString visibleName(const QString& name)
+{
+    QString visible;
+    visible.reserve(name.size());
+    // toUcs4 gives U+FFFD for half a pair.
+    const auto characters = name.toUcs4();
+    for (const char32_t character : characters) {
+        if (character < 0x20)
+            visible += QChar(static_cast<char16_t>(firstControlPicture + character));
+        else if (character == 0x7F)
+            visible += QChar(pictureOfDelete);
+        else if (character >= 0x80 && character <= 0x9F)
+            visible += QStringLiteral("\\x%1").arg(static_cast<uint>(character), 2, 16);
+        else if (changesDirection(character) || separatesLines(character))
+            visible +=
+                QStringLiteral("\\u%1").arg(static_cast<uint>(character), 4, 16, QChar(u'0'));
+        else
+            visible += QString::fromUcs4(&character, 1);
+    }
+    return visible;
+}
+
+}  // namespace nivor
