@@ -1,0 +1,104 @@
+#include "cli/CopyDisplay.h"
+
+#include "cli/ByteCount.h"
+#include "cli/Output.h"
+#include "content/CopyProgress.h"
+#include "content/CopyResult.h"
+#include "content/VisibleName.h"
+#include "datasets/ObjectInfoData.h"
+#include "datasets/TrimmingNullCharacters.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <ostream>
+
+namespace nivor {
+namespace {
+
+QString countOf(const CopyProgress& progress)
+{
+    return QStringLiteral("%1 / %2")
+        .arg(progress.numberOfCopiedItems())
+        .arg(progress.numberOfTotalItems());
+}
+
+/// The container headers are counted as well, so the plain number would overshoot.
+std::uint64_t copiedBytes(const CopyProgress& progress)
+{
+    return std::min(progress.copiedSize(), progress.totalSize());
+}
+
+}  // namespace
+
+CopyDisplay::CopyDisplay(CliEnvironment& environment, bool isQuiet)
+    : environment_(environment)
+    , isQuiet_(isQuiet)
+    , line_(environment)
+{
+}
+
+void CopyDisplay::copyWillBegin(const CopyProgress& progress)
+{
+    rate_.record(environment_.now(), progress.copiedSize());
+}
+
+void CopyDisplay::copyIsUnderWay(const CopyProgress& progress)
+{
+    if (!line_.isDue())
+        return;
+    rate_.record(environment_.now(), progress.copiedSize());
+    line_.show(visibleName(progress.sourceFile()), details(progress));
+}
+
+bool CopyDisplay::isStopRequested()
+{
+    return environment_.isInterrupted();
+}
+
+void CopyDisplay::copyWasStopped(bool isConfirmed)
+{
+    line_.clear();
+    if (!isConfirmed) {
+        complain(environment_,
+                 "the camera did not confirm the stop; waiting for the end of this "
+                 "file (Ctrl-C again ends the program at once)");
+    }
+}
+
+void CopyDisplay::fileDidFinish(const CopiedFile& file, const CopyProgress& progress)
+{
+    const std::string name = shownName(*file.object).toStdString();
+    if (!file.isCopied) {
+        line_.clear();
+        complain(environment_,
+                 name + ": " + visibleName(QString::fromStdString(file.failure)).toStdString());
+        return;
+    }
+    if (environment_.isErrorTerminal) {
+        copyIsUnderWay(progress);
+        return;
+    }
+    if (isQuiet_)
+        return;
+    const QString localName = QString::fromStdString(file.path.filename().string());
+    const bool isRenamed = localName != NVX_stringByTrimmingNullCharacters(file.object->fileName());
+    environment_.err << fmt::format("{}  {}{}  {}\n", countOf(progress).toStdString(), name,
+                                    isRenamed ? " as " + visibleName(localName).toStdString() : "",
+                                    byteCountText(file.object->objectCompressedSize()));
+}
+
+QString CopyDisplay::details(const CopyProgress& progress) const
+{
+    const std::uint64_t copied = copiedBytes(progress);
+    QString text = countOf(progress) + QStringLiteral("  ")
+        + QString::fromStdString(amountText(copied, progress.totalSize()));
+    if (const auto rate = rate_.bytesPerSecond())
+        text += QStringLiteral("  ") + QString::fromStdString(rateText(*rate));
+    if (const auto left = rate_.timeFor(progress.totalSize() - copied))
+        text += QStringLiteral("  ") + QString::fromStdString(durationText(*left))
+            + QStringLiteral(" left");
+    return text;
+}
+
+}  // namespace nivor

@@ -1,0 +1,38 @@
+/// Shows a copy run on the terminal.
+#pragma once
+
+#include "cli/CliEnvironment.h"
+#include "cli/ProgressLine.h"
+#include "cli/TransferRate.h"
+#include "content/CopyRunObserver.h"
+
+#include <QString>
+
+namespace nivor {
+
+/// On a terminal one line that follows the copy; elsewhere one line per file. Failed files are
+/// named on either.
+class CopyDisplay final : public CopyRunObserver {
+public:
+    /// `isQuiet`: no line for a file that was copied.
+    CopyDisplay(CliEnvironment& environment, bool isQuiet);
+
+    void copyWillBegin(const CopyProgress& progress) override;
+    void copyIsUnderWay(const CopyProgress& progress) override;
+    bool isStopRequested() override;
+    void copyWasStopped(bool isConfirmed) override;
+    void fileDidFinish(const CopiedFile& file, const CopyProgress& progress) override;
+
+    /// Takes the line away; the run is over.
+    void finish() { line_.clear(); }
+
+private:
+    [[nodiscard]] QString details(const CopyProgress& progress) const;
+
+    CliEnvironment& environment_;
+    const bool isQuiet_;
+    ProgressLine line_;
+    TransferRate rate_;
+};
+
+}  // namespace nivor
