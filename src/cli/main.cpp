@@ -8,13 +8,11 @@
 #include "ptp/PTPCommunication.h"
 #include "simulator/SimulationOptions.h"
 #include "usb/LibusbHost.h"
+#include "usb/LibusbVersion.h"
 #include "usb/SystemCameraAgent.h"
-
-#include <fmt/format.h>
 
 #include <QtGlobal>
 
-#include <libusb.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -56,12 +54,6 @@ int terminalWidth()
 {
     struct winsize size = {};
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 ? int{size.ws_col} : 0;
-}
-
-std::string libusbVersion()
-{
-    const libusb_version* version = libusb_get_version();
-    return fmt::format("{}.{}.{}", version->major, version->minor, version->micro);
 }
 
 }  // namespace
