@@ -1,11 +1,11 @@
-# nivor_test(LAYER SOURCES … LINKS … [LABELS …]): one GoogleTest executable per layer.
+# nivor_test(LAYER SOURCES … LINKS …): one GoogleTest executable per layer.
 #
-# Every test carries its layer's name as a label; "threads" marks those that also run under TSan.
+# Every test carries its layer's name as a label.
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
 function(nivor_test layer)
-    cmake_parse_arguments(test "" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    cmake_parse_arguments(test "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(test_${layer} ${test_SOURCES})
     target_link_libraries(test_${layer} PRIVATE nivor_options ${test_LINKS} GTest::gmock_main)
     target_include_directories(test_${layer} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
@@ -16,7 +16,10 @@ function(nivor_test layer)
     if(NIVOR_SANITIZE MATCHES undefined)
         target_compile_options(test_${layer} PRIVATE -fno-sanitize=undefined)
     endif()
+    # The leak check takes the thread-local memory of a plugin, such as Qt's for JPEG, for a size it
+    # does not have, and crashes on it; it finds those pointers as well without following them there.
     gtest_discover_tests(test_${layer}
         TEST_PREFIX "${layer}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        PROPERTIES LABELS "${layer};${test_LABELS}" TIMEOUT 120)
+        PROPERTIES LABELS ${layer} TIMEOUT 120
+                   ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0")
 endfunction()

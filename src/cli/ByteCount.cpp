@@ -13,7 +13,7 @@ struct Unit {
     const char* name;
 };
 
-constexpr double step = 1000;
+constexpr double unitStep = 1000;
 constexpr std::array<Unit, 4> units{{{1, "B"}, {1e3, "kB"}, {1e6, "MB"}, {1e9, "GB"}}};
 
 /// The unit in which `bytes` has at most three digits before the point, once rounded to one
@@ -23,7 +23,7 @@ const Unit& unitFor(std::uint64_t bytes)
     constexpr double roundsUp = 0.05;
     std::size_t i = 0;
     while (i + 1 < units.size()
-           && static_cast<double>(bytes) / units[i].size >= step - (i == 0 ? 0 : roundsUp))
+           && static_cast<double>(bytes) / units[i].size >= unitStep - (i == 0 ? 0 : roundsUp))
         ++i;
     return units[i];
 }

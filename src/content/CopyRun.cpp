@@ -7,6 +7,7 @@
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
 #include "foundation/Errors.h"
+#include "foundation/ResultText.h"
 #include "foundation/Selector.h"
 #include "logging/RollingLogger.h"
 #include "ptp/FileHandle.h"
@@ -86,7 +87,7 @@ CopyResult CopyRun::startCopyingItems(const ObjectList& items,
     engine_.stopCopyFlgInit();
     // Singular here, unlike the opening line; both are what readers of these logs look for.
     writeLog(selector.text(),
-             fmt::format("startCopyingItem (result = {})", result_.isError ? "fail" : "success"));
+             fmt::format("startCopyingItem (result = {})", resultText(!result_.isError)));
     return std::move(result_);
 }
 

@@ -4,6 +4,7 @@
 #include "content/DeleteRunObserver.h"
 #include "content/PolledOperation.h"
 #include "datasets/ObjectInfoData.h"
+#include "foundation/ResultText.h"
 #include "foundation/Selector.h"
 #include "logging/RollingLogger.h"
 #include "ptp/PTPCommunication.h"
@@ -46,7 +47,7 @@ DeleteResult DeleteRun::startDeletingItems(const ObjectList& items)
 
     // Singular here, unlike the opening line; both are what readers of these logs look for.
     writeLog(selector.text(),
-             fmt::format("startDeletingItem (result = {})", result_.isError ? "fail" : "success"));
+             fmt::format("startDeletingItem (result = {})", resultText(!result_.isError)));
     return std::move(result_);
 }
 

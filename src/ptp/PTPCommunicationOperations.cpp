@@ -7,6 +7,7 @@
 #include "datasets/ObjectPropValue.h"
 #include "foundation/ByteReader.h"
 #include "foundation/Errors.h"
+#include "foundation/ResultText.h"
 #include "foundation/SystemConsole.h"
 #include "ptp/CommandContainer.h"
 #include "ptp/PTPCommunication.h"
@@ -27,11 +28,6 @@ constexpr std::uint32_t operationTimeout = 5000;
 // Header, element count, one element.
 constexpr std::size_t smallestStorageIDs = 20;
 constexpr std::size_t arrayElementSize = 4;
-
-const char* resultText(bool success)
-{
-    return success ? "success" : "fail";
-}
 
 std::string listText(const std::vector<std::uint32_t>& numbers)
 {

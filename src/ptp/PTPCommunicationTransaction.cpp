@@ -6,6 +6,7 @@
 #include "codes/StillImageClass.h"
 #include "foundation/ByteReader.h"
 #include "foundation/ByteWriter.h"
+#include "foundation/ResultText.h"
 #include "ptp/CommandContainer.h"
 #include "ptp/PTPCommunication.h"
 
@@ -28,11 +29,6 @@ constexpr auto statusPollPause = 10ms;
 constexpr std::size_t deviceStatusSize = 128;
 constexpr std::size_t deviceStatusCodeOffset = 2;
 constexpr std::uint32_t highestTransactionID = 0xFFFFFFFE;
-
-const char* resultText(bool success)
-{
-    return success ? "success" : "fail";
-}
 
 // "%02x " for every byte, the last one included.
 std::string dumpOf(const ByteBuffer& data)

@@ -1,15 +1,13 @@
 #include "content/CopyFileName.h"
 
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 using namespace nivor;
+using nivor::test::text;
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 TEST(CopyFileName, ANameThatIsNotUsedStays)
 {

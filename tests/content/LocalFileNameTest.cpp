@@ -1,17 +1,14 @@
 #include "content/LocalFileName.h"
 
 #include "content/VisibleName.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
 using namespace nivor;
+using nivor::test::text;
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 TEST(LocalFileName, AnOrdinaryNameStays)
 {

@@ -2,6 +2,7 @@
 #include "datasets/ObjectInfoBytes.h"
 #include "datasets/ObjectInfoData.h"
 #include "support/HeapBytes.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -18,12 +19,6 @@ bool parse(const ByteBuffer& bytes, ObjectInfoData& data)
 bool parse(const ObjectInfoBytes& fields, ObjectInfoData& data)
 {
     return parse(fields.bytes(), data);
-}
-
-QString text(std::u16string_view units)
-{
-    return QString(reinterpret_cast<const QChar*>(units.data()),
-                   static_cast<qsizetype>(units.size()));
 }
 
 TEST(ObjectInfoDataParse, ReadsEveryFieldItKeeps)

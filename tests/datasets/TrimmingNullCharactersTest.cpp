@@ -1,17 +1,13 @@
 #include "datasets/TrimmingNullCharacters.h"
 
+#include "support/Text.h"
+
 #include <gtest/gtest.h>
 
 #include <string_view>
 
 namespace nivor::test {
 namespace {
-
-QString text(std::u16string_view units)
-{
-    return QString(reinterpret_cast<const QChar*>(units.data()),
-                   static_cast<qsizetype>(units.size()));
-}
 
 TEST(TrimmingNullCharacters, LeavesATextWithoutNulls)
 {

@@ -44,8 +44,6 @@ protected:
     }
 };
 
-}  // namespace
-
 TEST_F(Cancel, StopsTheTransactionWhenTheCameraConfirmsAtOnce)
 {
     device->statuses = {statusOf(0x2001)};
@@ -211,3 +209,5 @@ TEST_F(Cancel, LetsTheCallersEventLoopTurnBetweenPolls)
     EXPECT_EQ(slices, 2);
     patient.setUsbDevice(nullptr);
 }
+
+}  // namespace

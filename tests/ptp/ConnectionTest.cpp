@@ -40,8 +40,6 @@ public:
     std::string complaint;
 };
 
-}  // namespace
-
 TEST_F(Connection, BeginsDisconnectedWithOneRecord)
 {
     EXPECT_THAT(messages(), ElementsAre("closeSession (result = success)", "Disconnect"));
@@ -327,3 +325,5 @@ TEST(SharedManager, IsOneInstanceMadeOfTheGivenParts)
     EXPECT_EQ(&first, &PTPCommunication::sharedManager());
     EXPECT_EQ(first.existsDevice(anyVendorID), 0);
 }
+
+}  // namespace

@@ -71,8 +71,6 @@ protected:
     std::filesystem::path path = directory.path() / "file";
 };
 
-}  // namespace
-
 TEST_F(FileHandleOperations, WritesCutsAndAppends)
 {
     FileHandle file = FileHandle::create(path);
@@ -186,3 +184,5 @@ TEST_F(FileHandleOperations, WritesBeyondFourGiB)
     file.writeData(bytesOf("end"));
     EXPECT_EQ(std::filesystem::file_size(path), fiveGiB + 3);
 }
+
+}  // namespace

@@ -52,8 +52,6 @@ protected:
     const std::string header = std::string(12, 'h');
 };
 
-}  // namespace
-
 TEST_F(GetObjectSink, RefusesFirstPieceOfTwelveBytes)
 {
     fill("untouched");
@@ -149,3 +147,5 @@ TEST_F(GetObjectSink, RaisesTheFileErrorOfAFileThatNeverOpened)
         EXPECT_EQ(error.code().value(), ENOENT);
     }
 }
+
+}  // namespace

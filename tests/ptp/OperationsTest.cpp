@@ -69,8 +69,6 @@ ByteBuffer objectInfo(const std::string& name)
     return bytes;
 }
 
-}  // namespace
-
 TEST_F(Operations, OpensSessionOne)
 {
     answer(0x2001);
@@ -396,3 +394,5 @@ TEST_F(Operations, AreExclusiveBetweenThreads)
     EXPECT_EQ(other.get(), rounds);
     EXPECT_EQ(engine.transactionID(), 1U + 2 * rounds);
 }
+
+}  // namespace

@@ -58,8 +58,6 @@ protected:
     PTPCommunication::ReceiveSlot slot;
 };
 
-}  // namespace
-
 TEST_F(Transaction, EndsWithTheResponseWhenNoDataIsExpected)
 {
     pipes().answerWrite(1, {response(0x2001)});
@@ -474,3 +472,5 @@ TEST_F(Transaction, LeavesALateResponseToTheNextTransaction)
     EXPECT_TRUE(run(false, 1000));
     EXPECT_EQ(engine.lastResponseCode(), 0x2009);
 }
+
+}  // namespace
