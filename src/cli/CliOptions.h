@@ -28,6 +28,7 @@ struct CliOptions {
     bool isJson = false;
     bool isYes = false;  ///< delete without asking
 
+    bool isVerify = false;      ///< compare the copies with the camera
     std::string destination{};  ///< the folder to copy to
     QStringList words{};        ///< names, paths, handles and patterns
 };

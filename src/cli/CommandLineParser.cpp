@@ -147,6 +147,8 @@ private:
         copy->add_option("DEST", options_.destination, "The folder to copy to")
             ->type_name("")
             ->required();
+        copy->add_flag("--verify", options_.isVerify,
+                       "Then read it all once more and compare, byte for byte");
         addWords(*copy, "What to copy; every file when there is none");
         copy->footer(std::string(selectionFooter) + copyFooter);
 

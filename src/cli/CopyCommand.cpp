@@ -6,6 +6,7 @@
 #include "cli/CopyDisplay.h"
 #include "cli/Output.h"
 #include "cli/Selecting.h"
+#include "content/CopyComparison.h"
 #include "content/CopyProgress.h"
 #include "content/CopyRun.h"
 #include "content/ObjectTree.h"
@@ -53,7 +54,7 @@ std::uint64_t copiedBytes(const CopyResult& result)
     return bytes;
 }
 
-std::string stopText(const CopyResult& result)
+std::string stopText(const CopyResult& result, bool isCopyComplete)
 {
     std::string text = "stopped";
     if (result.isStopConfirmed)
@@ -62,11 +63,34 @@ std::string stopText(const CopyResult& result)
         text += "; the camera did not confirm it";
     else
         text += " between two files";
+    if (isCopyComplete)
+        return text + "; not everything is compared";
     if (!result.files.empty() && !result.files.back().isCopied && !result.files.back().path.empty())
         text += ". Partly written: " + result.files.back().path.string();
     if (result.filesNotBegun > 0)
         text += fmt::format(". Not begun: {}", countText(result.filesNotBegun, "file"));
     return text;
+}
+
+/// Compares what was copied with the camera, and tells.
+void verifyCopies(CliEnvironment& environment, const CliOptions& options, PTPCommunication& engine,
+                  const CameraContents& contents, CopyResult& result)
+{
+    // A line per file would only say twice that there is one.
+    CopyDisplay display(environment, true, QStringLiteral("Comparing "));
+    CopyComparison comparison(engine, environment.logger, contents.listing.handles, display);
+    const std::size_t copied = result.copiedCount();
+    const std::size_t same = comparison.compareCopies(result, std::make_shared<CopyProgress>());
+    display.finish();
+    if (options.isJson)
+        return;
+    if (same == copied) {
+        environment.out << fmt::format("Compared {} with the camera: every byte is the same\n",
+                                       countText(same, "file"));
+    } else {
+        environment.out << fmt::format("Compared with the camera: {} of {} the same\n", same,
+                                       countText(copied, "file"));
+    }
 }
 
 /// Creates the folder if it is missing; answers whether it is there.
@@ -88,15 +112,13 @@ ExitCode copySelection(CliEnvironment& environment, const CliOptions& options,
     CopyDisplay display(environment, options.isJson);
     CopyRun run(engine, environment.logger, contents.listing.handles, display);
     const auto began = environment.now();
-    const CopyResult result = run.startCopyingItems(selection.files, options.destination,
-                                                    std::make_shared<CopyProgress>());
+    CopyResult result = run.startCopyingItems(selection.files, options.destination,
+                                              std::make_shared<CopyProgress>());
     const std::chrono::duration<double> took = environment.now() - began;
     display.finish();
 
     const std::uint64_t bytes = copiedBytes(result);
-    if (options.isJson) {
-        printJson(environment, resultJson(result, selection));
-    } else {
+    if (!options.isJson) {
         environment.out << fmt::format(
             "Copied {} ({}) to {} in {}{}\n", countText(result.copiedCount(), "file"),
             byteCountText(bytes), options.destination,
@@ -104,14 +126,21 @@ ExitCode copySelection(CliEnvironment& environment, const CliOptions& options,
             took.count() > 0 ? " (" + rateText(static_cast<double>(bytes) / took.count()) + ")"
                              : "");
     }
+    const bool isCopyComplete = !result.isStopped;
+    if (options.isVerify && isCopyComplete && result.copiedCount() > 0)
+        verifyCopies(environment, options, engine, contents, result);
+    if (options.isJson)
+        printJson(environment, resultJson(result, selection));
     if (result.isStopped) {
-        complain(environment, stopText(result));
+        complain(environment, stopText(result, isCopyComplete));
         return ExitCode::Stopped;
     }
     if (result.failedCount() == 0)
         return ExitCode::Done;
     complain(environment,
-             fmt::format("{} could not be copied", countText(result.failedCount(), "file")));
+             countText(result.failedCount(), "file")
+                 + (options.isVerify ? " could not be copied or compared, or differ"
+                                     : " could not be copied"));
     return ExitCode::SomeFailed;
 }
 

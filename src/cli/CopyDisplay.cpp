@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 namespace nivor {
 namespace {
@@ -31,9 +32,10 @@ std::uint64_t copiedBytes(const CopyProgress& progress)
 
 }  // namespace
 
-CopyDisplay::CopyDisplay(CliEnvironment& environment, bool isQuiet)
+CopyDisplay::CopyDisplay(CliEnvironment& environment, bool isQuiet, QString verb)
     : environment_(environment)
     , isQuiet_(isQuiet)
+    , verb_(std::move(verb))
     , line_(environment)
 {
 }
@@ -48,7 +50,7 @@ void CopyDisplay::copyIsUnderWay(const CopyProgress& progress)
     if (!line_.isDue())
         return;
     rate_.record(environment_.now(), progress.copiedSize());
-    line_.show(visibleName(progress.sourceFile()), details(progress));
+    line_.show(verb_ + visibleName(progress.sourceFile()), details(progress));
 }
 
 bool CopyDisplay::isStopRequested()

@@ -14,8 +14,9 @@ namespace nivor {
 /// named on either.
 class CopyDisplay final : public CopyRunObserver {
 public:
-    /// `isQuiet`: no line for a file that was copied.
-    CopyDisplay(CliEnvironment& environment, bool isQuiet);
+    /// `isQuiet`: no line for a file that went well. `verb`: what stands before the name on the
+    /// terminal's line, such as "Comparing "; may be empty.
+    CopyDisplay(CliEnvironment& environment, bool isQuiet, QString verb = {});
 
     void copyWillBegin(const CopyProgress& progress) override;
     void copyIsUnderWay(const CopyProgress& progress) override;
@@ -31,6 +32,7 @@ private:
 
     CliEnvironment& environment_;
     const bool isQuiet_;
+    const QString verb_;
     ProgressLine line_;
     TransferRate rate_;
 };

@@ -213,6 +213,54 @@ TEST_F(Copy, CtrlCThatTheCameraIgnoresIsToldSo)
     EXPECT_EQ(report["copied"].size(), 1U);
 }
 
+TEST_F(Copy, CanCompareEveryByteWithTheCamera)
+{
+    addUsualCard();
+    attach();
+    const RunResult result = run({"copy", folder(), "--verify"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.out, HasSubstr("Copied 3 files"));
+    EXPECT_THAT(result.out, HasSubstr("Compared 3 files with the camera: every byte is the same"));
+}
+
+TEST_F(Copy, NamesACopyThatDiffersFromTheCamera)
+{
+    card->addFile(u"A.JPG", 1000);
+    card->addFile(u"B.JPG", 5);
+    attachWith(
+        FaultPlan().on(OperationCode::GetObject, answerWith({1, 2, 3, 4, 5}), Occurrences::nth(4)));
+    const RunResult result = run({"copy", folder(), "--verify"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err,
+                HasSubstr("B.JPG: the copy differs from the camera's file, from byte 0 on"));
+    EXPECT_THAT(result.out, HasSubstr("Compared with the camera: 1 of 2 files the same"));
+}
+
+TEST_F(Copy, ADifferingCopyIsAmongTheFailedInJson)
+{
+    card->addFile(u"B.JPG", 5);
+    attachWith(
+        FaultPlan().on(OperationCode::GetObject, answerWith({1, 2, 3, 4, 5}), Occurrences::nth(2)));
+    const RunResult result = run({"copy", folder(), "--verify", "--json"});
+    EXPECT_EQ(result.exitCode, 1);
+    const json report = json::parse(result.out);
+    EXPECT_THAT(report["copied"], IsEmpty());
+    EXPECT_EQ(report["failed"][0]["reason"],
+              "the copy differs from the camera's file, from byte 0 on");
+}
+
+TEST_F(Copy, CtrlCWhileComparingSaysSo)
+{
+    card->addFile(u"1.MOV", 2'000'000);
+    attach({.pace = {.megabytesPerSecond = 8}});
+    interruptAfter(2'500'000);
+    const RunResult result = run({"copy", folder(), "--verify"});
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_THAT(result.err,
+                HasSubstr("stopped; the camera confirmed it; not everything is compared"));
+    EXPECT_TRUE(isCopied("1.MOV", 1, 2'000'000));
+}
+
 TEST_F(Copy, AVanishedCameraFailsTheRestQuickly)
 {
     for (const char16_t* name : {u"1", u"2", u"3", u"4"})

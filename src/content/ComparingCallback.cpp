@@ -1,0 +1,83 @@
+#include "content/ComparingCallback.h"
+
+#include "codes/StillImageClass.h"
+#include "ptp/CopiedSizeProgress.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace nivor {
+namespace {
+
+constexpr std::size_t blockSize = 256 * 1024;
+
+}  // namespace
+
+ComparingCallback::ComparingCallback(const std::filesystem::path& path,
+                                     std::shared_ptr<CopiedSizeProgress> progress)
+    : file_(path)
+    , block_(blockSize)
+    , progress_(std::move(progress))
+{
+}
+
+bool ComparingCallback::callbackProc(std::uint64_t receivedSize, std::uint64_t /*completeDataSize*/,
+                                     const std::uint8_t* data, std::uint64_t dataSize)
+{
+    if (progress_)
+        progress_->setCopiedSize(progress_->copiedSize() + (receivedSize - receivedSize_));
+    const bool isFirst = receivedSize_ == 0;
+    receivedSize_ = receivedSize;
+
+    const ByteView piece(data, dataSize);
+    if (!isFirst)
+        return compare(piece);
+    if (piece.size() <= containerHeaderSize)
+        return false;
+    requireOpen();
+    return compare(piece.subspan(containerHeaderSize));
+}
+
+void ComparingCallback::finish()
+{
+    requireOpen();
+    if (!difference_ && static_cast<std::uint64_t>(file_.size()) != comparedSize_)
+        difference_ = comparedSize_;
+}
+
+bool ComparingCallback::compare(ByteView bytes)
+{
+    while (!bytes.empty()) {
+        const auto wanted = std::min(bytes.size(), block_.size());
+        const qint64 size = file_.read(block_.data(), static_cast<qint64>(wanted));
+        if (size < 0)
+            fail();
+        const ByteView theirs = bytes.first(static_cast<std::size_t>(size));
+        const auto same =
+            std::mismatch(theirs.begin(), theirs.end(), block_.begin(),
+                          [](std::uint8_t a, char b) { return a == static_cast<std::uint8_t>(b); });
+        comparedSize_ += static_cast<std::uint64_t>(same.first - theirs.begin());
+        if (same.first != theirs.end() || size == 0) {
+            difference_ = comparedSize_;
+            return false;
+        }
+        bytes = bytes.subspan(theirs.size());
+    }
+    return true;
+}
+
+void ComparingCallback::requireOpen()
+{
+    if (!file_.isOpen() && !file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        fail();
+}
+
+void ComparingCallback::fail() const
+{
+    throw std::runtime_error("Could not read " + file_.fileName().toStdString() + ": "
+                             + file_.errorString().toStdString());
+}
+
+}  // namespace nivor

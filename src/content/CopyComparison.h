@@ -1,0 +1,43 @@
+/// Reads copied files from the camera once more and holds the copies against them.
+#pragma once
+
+#include "content/ContentListing.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace nivor {
+
+class CopyProgress;
+class CopyRunObserver;
+class PTPCommunication;
+class RollingLogger;
+struct CopiedFile;
+struct CopyResult;
+
+/// Serves one run. The camera works on a worker thread, while the calling thread watches and can
+/// stop it.
+class CopyComparison {
+public:
+    /// `handles`: those of the listing that the copies come from.
+    CopyComparison(PTPCommunication& engine, RollingLogger& logger, HandlesDict handles,
+                   CopyRunObserver& observer);
+
+    /// Compares every file that `result` calls copied, in order, and answers how many are the same
+    /// to the last byte. A file that isn't, or that could not be compared, is not copied any more
+    /// and has its failure told; nothing is removed. A stop is noted in `result`, and the files
+    /// behind it stay as they are.
+    std::size_t compareCopies(CopyResult& result, const std::shared_ptr<CopyProgress>& progress);
+
+private:
+    void compareFile(CopiedFile& file, CopyResult& result,
+                     const std::shared_ptr<CopyProgress>& progress);
+    void stopIfRequested(CopyResult& result);
+
+    PTPCommunication& engine_;
+    RollingLogger& logger_;
+    const HandlesDict handles_;
+    CopyRunObserver& observer_;
+};
+
+}  // namespace nivor
