@@ -202,6 +202,13 @@ void BulkInQueue::endDropping()
     changed_.notify_all();
 }
 
+void BulkInQueue::writeEnded()
+{
+    const Lock lock(mutex_);
+    if (!failed_ && !paused_ && !stopped_ && !*gone_)
+        static_cast<void>(submitIdle(0));
+}
+
 void BulkInQueue::deviceLeft()
 {
     const Lock lock(mutex_);

@@ -73,6 +73,11 @@ public:
     /// half-filled transfers too. Does nothing while nothing is being dropped.
     void endDropping();
 
+    /// To be called after each write: submits the transfer that the ring has kept back for it.
+    /// Emulated host controllers look at waiting transfers only when another one is submitted;
+    /// without this the answer to a command could wait for ever.
+    void writeEnded();
+
     /// Ends a waiting read at once; the caller has seen the device leave.
     void deviceLeft();
 
@@ -88,7 +93,7 @@ private:
 
     UsbResult fillRing(std::size_t transferSize);
     UsbResult submit(std::unique_ptr<BulkInTransfer> transfer);
-    UsbResult submitIdle();
+    UsbResult submitIdle(std::size_t kept);
     UsbResult restart(Lock& lock);
     void halve();
     void onFinished(BulkInTransfer& transfer) override;

@@ -18,7 +18,12 @@ UsbResult BulkInQueue::fillRing(std::size_t transferSize)
     UsbResult result = UsbResult::Success;
     for (std::size_t i = 0; i < deepestRing && succeeded(result); ++i) {
         auto transfer = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this);
-        result = transfer ? submit(std::move(transfer)) : UsbResult::NoMemory;
+        if (!transfer)
+            result = UsbResult::NoMemory;
+        else if (i + 1 < deepestRing)
+            result = submit(std::move(transfer));
+        else
+            idle_.push_back(std::move(transfer));
     }
     if (result != UsbResult::NoMemory || line_.empty())
         return result;
@@ -49,11 +54,12 @@ UsbResult BulkInQueue::submit(std::unique_ptr<BulkInTransfer> transfer)
     return result;
 }
 
-/// Submits what is idle. A success when at least one transfer is in flight then.
-UsbResult BulkInQueue::submitIdle()
+/// Submits what is idle, but for `kept` transfers. A success when at least one transfer is in flight
+/// then.
+UsbResult BulkInQueue::submitIdle(std::size_t kept)
 {
     UsbResult result = UsbResult::Success;
-    while (!idle_.empty() && succeeded(result)) {
+    while (idle_.size() > kept && succeeded(result)) {
         auto transfer = std::move(idle_.back());
         idle_.pop_back();
         result = submit(std::move(transfer));
@@ -78,7 +84,7 @@ UsbResult BulkInQueue::restart(Lock& lock)
     failed_ = false;
     const UsbResult result = *gone_ ? UsbResult::NoDevice
         : stopped_                  ? UsbResult::NotOpen
-                                    : submitIdle();
+                                    : submitIdle(idle_.size() > 1 ? 1 : 0);
     changed_.notify_all();
     return result;
 }
@@ -100,6 +106,9 @@ void BulkInQueue::retireFront()
     if (surplus_ > 0 && transfer->outcome() == UsbResult::Aborted) {
         --surplus_;
     } else if (failed_ || paused_ || stopped_ || *gone_) {
+        idle_.push_back(std::move(transfer));
+    } else if (transfer->endedShort() && idle_.empty() && inFlight_ > 0) {
+        // Most likely the end of an answer: this one goes behind the next write.
         idle_.push_back(std::move(transfer));
     } else {
         // If the kernel has no memory for it now, it waits until the ring has run out.

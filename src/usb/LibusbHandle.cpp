@@ -104,9 +104,13 @@ UsbResult LibusbHandle::write(std::uint8_t endpoint, ByteView bytes)
         return UsbResult::NoDevice;
     // What comes from here on answers this write and not the transaction cancelled before it.
     cancelRequested_ = false;
-    if (const auto queue = reader())
+    const auto queue = reader();
+    if (queue)
         queue->endDropping();
-    return noted(awaitBulkOut(handle_, endpoint, bytes, writeLimit));
+    const UsbResult result = noted(awaitBulkOut(handle_, endpoint, bytes, writeLimit));
+    if (queue)
+        queue->writeEnded();
+    return result;
 }
 
 void LibusbHandle::setReader(std::weak_ptr<BulkInQueue> reader)
