@@ -23,6 +23,7 @@ BulkInQueue::BulkInQueue(libusb_device_handle* handle, std::uint8_t endpoint,
     , endpoint_(endpoint)
     , maxPacketSize_(std::clamp<std::size_t>(maxPacketSize, 1, smallestTransfer))
     , gone_(std::move(gone))
+    , boundary_(maxPacketSize_)
 {
 }
 
@@ -37,6 +38,7 @@ UsbResult BulkInQueue::start()
     assert(stopped_ && line_.empty());
     stopped_ = failed_ = stalled_ = paused_ = dropping_ = filledExactly_ = false;
     surplus_ = 0;
+    boundary_.restart();
     UsbResult result = UsbResult::NoMemory;
     for (std::size_t size = largestTransfer; size >= smallestTransfer; size /= 2) {
         result = fillRing(size);
@@ -51,7 +53,7 @@ void BulkInQueue::stop()
 {
     Lock lock(mutex_);
     stopped_ = true;
-    cancelAll();
+    cancelOldestFirst();
     changed_.notify_all();
     if (!waitUntilIdle(lock, stopLimit)) {
         // The kernel still owns their buffers: better lost than handed out again.
@@ -95,7 +97,7 @@ void BulkInQueue::onFailure(BulkInTransfer& transfer)
         transfer.forgive();
         return;
     }
-    cancelAll();
+    cancelNewestFirst();
 }
 
 UsbResult BulkInQueue::read(std::span<std::uint8_t> buffer, std::size_t& received,
@@ -143,7 +145,10 @@ std::optional<UsbResult> BulkInQueue::takeFinished(std::span<std::uint8_t> buffe
 {
     while (!line_.empty() && line_.front()->finished()) {
         BulkInTransfer& front = *line_.front();
-        received += front.read(buffer.subspan(received));
+        copyFront(buffer, received);
+        const bool containerEnded = boundary_.isReached();
+        if (containerEnded)
+            boundary_.restart();
         if (front.unreadCount() > 0) {
             filledExactly_ = false;
             return UsbResult::Success;
@@ -155,6 +160,7 @@ std::optional<UsbResult> BulkInQueue::takeFinished(std::span<std::uint8_t> buffe
             const UsbResult failure = front.outcome();
             front.forgive();
             filledExactly_ = false;
+            boundary_.restart();
             retireFront();
             return failure;
         }
@@ -162,15 +168,30 @@ std::optional<UsbResult> BulkInQueue::takeFinished(std::span<std::uint8_t> buffe
         const bool empty = front.receivedCount() == 0;
         // An empty packet right behind a read that a full transfer filled is that read's end.
         const bool pastEnd = filledExactly_ && empty && received == 0;
-        const bool ended = shortEnd && !pastEnd;
+        const bool ended = (shortEnd && !pastEnd) || containerEnded;
         const bool full = received == buffer.size();
         if (shortEnd || !empty)
-            filledExactly_ = full && !shortEnd;
+            filledExactly_ = (full || containerEnded) && !shortEnd;
+        if (shortEnd)
+            boundary_.restart();
         retireFront();
         if (ended || full)
             return UsbResult::Success;
     }
     return std::nullopt;
+}
+
+/// Copies what is left of the front transfer, up to the end of the buffer or of a container.
+void BulkInQueue::copyFront(std::span<std::uint8_t> buffer, std::size_t& received)
+{
+    BulkInTransfer& front = *line_.front();
+    while (front.unreadCount() > 0 && received < buffer.size() && !boundary_.isReached()) {
+        const auto room = buffer.subspan(received);
+        const auto piece = room.first(std::min(room.size(), boundary_.limit()));
+        const std::size_t count = front.read(piece);
+        boundary_.advance(piece.first(count));
+        received += count;
+    }
 }
 
 void BulkInQueue::dropUntilWrite()
@@ -192,7 +213,7 @@ void BulkInQueue::endDropping()
     changed_.wait_until(lock, limit, [this] { return !paused_; });
     if (!paused_) {
         paused_ = true;
-        cancelAll();
+        cancelOldestFirst();
         waitUntilIdle(lock, flushLimit);
         if (line_.empty() && !*gone_)
             static_cast<void>(restart(lock));

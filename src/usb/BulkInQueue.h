@@ -4,6 +4,7 @@
 #pragma once
 
 #include "usb/BulkInTransfer.h"
+#include "usb/ContainerBoundary.h"
 #include "usb/UsbResult.h"
 #include "usb/UsbTimeouts.h"
 
@@ -28,7 +29,8 @@ namespace nivor {
 ///
 /// What a read sees does not depend on the ring's shape:
 /// - It ends when its buffer is full or where the device sent a short or an empty packet. Such an
-///   end that coincides with the end of a full buffer belongs to that read.
+///   end that coincides with the end of a full buffer belongs to that read. It ends as well where
+///   a container ends that ought to be followed by an empty packet, whether or not one comes.
 /// - A time-out takes nothing away: what is on its way is there for the next read.
 /// - Bytes that came before a failure are served first, then the failure once. The ring then
 ///   starts anew with the next read, after clearing the endpoint's halt if there was a stall:
@@ -42,7 +44,7 @@ public:
     /// Bytes of one transfer and their number. The kernel lets all programs together hold 16 MiB.
     static constexpr std::size_t largestTransfer = 128 * 1024;
     static constexpr std::size_t smallestTransfer = 16 * 1024;
-    static constexpr std::size_t deepestRing = 16;
+    static constexpr std::size_t deepestRing = 16;  ///< one of them waits for the next write
 
     /// `gone` is the device's own flag, which the queue both sets and heeds.
     BulkInQueue(libusb_device_handle* handle, std::uint8_t endpoint, std::size_t maxPacketSize,
@@ -98,9 +100,11 @@ private:
     void halve();
     void onFinished(BulkInTransfer& transfer) override;
     void onFailure(BulkInTransfer& transfer);
-    void cancelAll();
+    void cancelNewestFirst();
+    void cancelOldestFirst();
     bool waitUntilIdle(Lock& lock, std::chrono::milliseconds limit);
     std::optional<UsbResult> takeFinished(std::span<std::uint8_t> buffer, std::size_t& received);
+    void copyFront(std::span<std::uint8_t> buffer, std::size_t& received);
     void retireFront();
     void dropFinished();
     void dropSurplus();
@@ -112,6 +116,7 @@ private:
 
     mutable std::mutex mutex_;
     std::condition_variable changed_;
+    ContainerBoundary boundary_;
     std::deque<std::unique_ptr<BulkInTransfer>> line_;  // submitted, the oldest first
     std::vector<std::unique_ptr<BulkInTransfer>> idle_;
     std::size_t inFlight_ = 0;  // those of the line that have not finished
@@ -122,7 +127,7 @@ private:
     bool stalled_ = false;  // the endpoint has to be cleared before that
     bool paused_ = false;   // somebody is about to start it anew
     bool dropping_ = false;
-    bool filledExactly_ = false;  // the last read ended where a full transfer ended
+    bool filledExactly_ = false;  // an empty packet may follow that belongs to the last read
 };
 
 }  // namespace nivor

@@ -54,8 +54,8 @@ UsbResult BulkInQueue::submit(std::unique_ptr<BulkInTransfer> transfer)
     return result;
 }
 
-/// Submits what is idle, but for `kept` transfers. A success when at least one transfer is in flight
-/// then.
+/// Submits what is idle, but for `kept` transfers. A success when at least one transfer is in
+/// flight then.
 UsbResult BulkInQueue::submitIdle(std::size_t kept)
 {
     UsbResult result = UsbResult::Success;
@@ -82,6 +82,7 @@ UsbResult BulkInQueue::restart(Lock& lock)
     }
     paused_ = false;
     failed_ = false;
+    boundary_.restart();
     const UsbResult result = *gone_ ? UsbResult::NoDevice
         : stopped_                  ? UsbResult::NotOpen
                                     : submitIdle(idle_.size() > 1 ? 1 : 0);
@@ -89,12 +90,22 @@ UsbResult BulkInQueue::restart(Lock& lock)
     return result;
 }
 
-void BulkInQueue::cancelAll()
+/// For when the data must stay in order: none flows into a transfer behind a cancelled one.
+void BulkInQueue::cancelNewestFirst()
 {
-    // The newest first, so that no data flows into a transfer behind a cancelled one.
     for (auto transfer = line_.rbegin(); transfer != line_.rend(); ++transfer) {
         if (!(*transfer)->finished())
             (*transfer)->cancel();
+    }
+}
+
+/// For when the data doesn't matter any more: the controller is never made to pass over a transfer
+/// that it is working on, which some emulated ones get wrong.
+void BulkInQueue::cancelOldestFirst()
+{
+    for (const auto& transfer : line_) {
+        if (!transfer->finished())
+            transfer->cancel();
     }
 }
 

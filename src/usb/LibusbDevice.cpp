@@ -164,6 +164,9 @@ UsbResult LibusbDevice::setConfiguration(std::uint8_t value)
     const auto opened = handle();
     if (!opened)
         return UsbResult::NotOpen;
+    int active = 0;
+    if (libusb_get_configuration(opened->raw(), &active) == LIBUSB_SUCCESS && active == value)
+        return UsbResult::Success;
     return opened->resultOf(libusb_set_configuration(opened->raw(), value));
 }
 

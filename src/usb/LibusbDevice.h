@@ -33,7 +33,8 @@ public:
     UsbResult close() override;
     UsbResult configurationValue(std::uint8_t index, std::uint8_t& value) override;
 
-    /// Always sent to the device, even when the configuration is the active one already.
+    /// Sends nothing when the configuration is the active one already: the device would begin anew
+    /// and might lose the command behind it.
     UsbResult setConfiguration(std::uint8_t value) override;
 
     UsbResult findInterface(const InterfaceTriple& triple,

@@ -28,7 +28,8 @@ public:
     virtual UsbResult writePipe(ByteView bytes) = 0;
 
     /// Reads from the bulk-in pipe until `buffer` is full or a transfer ends with a short or
-    /// empty packet, and sets `received` to the bytes read, 0 on a failure.
+    /// empty packet, and sets `received` to the bytes read, 0 on a failure. A data container of
+    /// whole packets ought to be followed by an empty one; its end may end a read without that.
     ///
     /// Bytes are never lost at a time-out: when some have arrived the read is a success with
     /// that count, and the rest comes with the next read. `UsbResult::TransactionTimeout` means

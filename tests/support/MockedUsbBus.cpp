@@ -70,7 +70,7 @@ std::string MockedUsbBus::add(const MockedUsbDescription& description)
                                         "speed",
                                         description.speed,
                                         "bConfigurationValue",
-                                        text(description.configurationValue),
+                                        text(description.isConfigured ? description.configurationValue : 0),
                                         "idVendor",
                                         fmt::format("{:04x}", description.vendorID),
                                         "idProduct",

@@ -36,6 +36,7 @@ struct MockedUsbDescription {
     std::optional<std::string> serialNumber;  ///< ASCII
     bool kernelKnowsSerialNumber = true;      ///< there is a sysfs attribute for it
     std::uint8_t configurationValue = 1;
+    bool isConfigured = true;  ///< its configuration is the active one
     std::vector<MockedInterface> interfaces = {MockedInterface{}};
 };
 

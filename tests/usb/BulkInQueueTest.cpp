@@ -14,11 +14,63 @@ protected:
     ConnectedCamera camera_;
 };
 
-TEST_F(BulkInQueueTest, KeepsTwoMegabytesInFlightFromTheStart)
+TEST_F(BulkInQueueTest, KeepsNearlyTwoMegabytesInFlightFromTheStart)
 {
-    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 16U);
-    EXPECT_EQ(camera_.camera.usbfs().counters().bytesInFlight, 2U * 1024 * 1024);
+    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 15U);
+    EXPECT_EQ(camera_.camera.usbfs().counters().bytesInFlight, 15U * 128 * 1024);
 }
+
+TEST_F(BulkInQueueTest, EachWriteIsFollowedByAFreshTransfer)
+{
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 15U);
+        EXPECT_EQ(camera_.interface->writePipe(numberedBytes(16)), UsbResult::Success);
+        EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 16U);
+        camera_.camera.send(numberedBytes(12));
+        EXPECT_EQ(camera_.read(5120).bytes, numberedBytes(12));
+    }
+}
+
+TEST_F(BulkInQueueTest, AWriteWithoutAnAnswerLeavesTheRingFull)
+{
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(camera_.interface->writePipe(numberedBytes(16)), UsbResult::Success);
+    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 16U);
+}
+
+/// A data container that announces its own length.
+ByteBuffer containerOf(std::size_t length)
+{
+    ByteBuffer bytes = numberedBytes(length);
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes[i] = static_cast<std::uint8_t>(length >> (8 * i));
+    return bytes;
+}
+
+class WholePacketsTest : public BulkInQueueTest,
+                         public testing::WithParamInterface<std::size_t> { };
+
+TEST_P(WholePacketsTest, AContainerEndsItsReadWithoutAnEmptyPacket)
+{
+    const ByteBuffer container = containerOf(GetParam());
+    camera_.camera.send(container, WireEnd::Open);
+    camera_.camera.send(numberedBytes(12));
+    EXPECT_EQ(camera_.read(GetParam() + 5120), (ReadResult{UsbResult::Success, container}));
+    EXPECT_EQ(camera_.read(5120), (ReadResult{UsbResult::Success, numberedBytes(12)}));
+}
+
+TEST_P(WholePacketsTest, AnEmptyPacketBehindAContainerIsItsEnd)
+{
+    const ByteBuffer container = containerOf(GetParam());
+    camera_.camera.send(container, WireEnd::Marked);
+    camera_.camera.send(numberedBytes(12));
+    EXPECT_EQ(camera_.read(GetParam() + 5120), (ReadResult{UsbResult::Success, container}));
+    EXPECT_EQ(camera_.read(5120), (ReadResult{UsbResult::Success, numberedBytes(12)}));
+}
+
+// One packet; several; all of a transfer; more than one; all of the ring.
+INSTANTIATE_TEST_SUITE_P(Lengths, WholePacketsTest,
+                         testing::Values(512, 5120, 128 * 1024, 130 * 1024, 2 * 1024 * 1024));
 
 TEST_F(BulkInQueueTest, AShortPacketEndsARead)
 {

@@ -63,20 +63,35 @@ TEST(LibusbDeviceTest, ReadsTheConfigurationValue)
     EXPECT_EQ(camera.device->configurationValue(1, value), UsbResult::NotFound);
 }
 
-TEST(LibusbDeviceTest, AlwaysSendsTheConfiguration)
+MockedUsbDescription unconfigured()
 {
-    ConnectedCamera camera;
+    MockedUsbDescription description;
+    description.isConfigured = false;
+    return description;
+}
+
+TEST(LibusbDeviceTest, SendsAConfigurationThatIsNotTheActiveOne)
+{
+    ConnectedCamera camera(unconfigured());
     ASSERT_EQ(camera.find(), UsbResult::Success);
     EXPECT_EQ(camera.device->setConfiguration(1), UsbResult::NotOpen);
     ASSERT_EQ(camera.device->open(), UsbResult::Success);
     EXPECT_EQ(camera.device->setConfiguration(1), UsbResult::Success);
+    EXPECT_EQ(camera.camera.usbfs().counters().configurations, (std::vector{1}));
+}
+
+TEST(LibusbDeviceTest, LeavesADeviceThatIsConfiguredAlone)
+{
+    ConnectedCamera camera;
+    ASSERT_EQ(camera.find(), UsbResult::Success);
+    ASSERT_EQ(camera.device->open(), UsbResult::Success);
     EXPECT_EQ(camera.device->setConfiguration(1), UsbResult::Success);
-    EXPECT_EQ(camera.camera.usbfs().counters().configurations, (std::vector{1, 1}));
+    EXPECT_EQ(camera.camera.usbfs().counters().configurations, std::vector<int>{});
 }
 
 TEST(LibusbDeviceTest, ARefusedConfigurationIsTold)
 {
-    ConnectedCamera camera;
+    ConnectedCamera camera(unconfigured());
     ASSERT_EQ(camera.find(), UsbResult::Success);
     ASSERT_EQ(camera.device->open(), UsbResult::Success);
     camera.camera.usbfs().failNext(USBDEVFS_SETCONFIGURATION, EBUSY);

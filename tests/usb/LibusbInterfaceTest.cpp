@@ -156,7 +156,7 @@ TEST(LibusbInterfaceTest, BytesFromBeforeClosingAreNotReadAfterOpeningAgain)
     ConnectedCamera camera;
     ASSERT_EQ(camera.open(), UsbResult::Success);
     camera.camera.send(numberedBytes(700));
-    ASSERT_TRUE(happens([&] { return camera.camera.usbfs().waitingForIn() < 16; }));
+    ASSERT_TRUE(happens([&] { return camera.camera.usbfs().waitingForIn() < 15; }));
     ASSERT_EQ(camera.interface->close(), UsbResult::Success);
     ASSERT_EQ(camera.interface->open(), UsbResult::Success);
     EXPECT_EQ(camera.read(5120, 30ms).result, UsbResult::TransactionTimeout);
