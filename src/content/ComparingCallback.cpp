@@ -4,6 +4,7 @@
 #include "ptp/CopiedSizeProgress.h"
 
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -55,17 +56,26 @@ bool ComparingCallback::compare(ByteView bytes)
         if (size < 0)
             fail();
         const ByteView theirs = bytes.first(static_cast<std::size_t>(size));
-        const auto same =
-            std::mismatch(theirs.begin(), theirs.end(), block_.begin(),
-                          [](std::uint8_t a, char b) { return a == static_cast<std::uint8_t>(b); });
-        comparedSize_ += static_cast<std::uint64_t>(same.first - theirs.begin());
-        if (same.first != theirs.end() || size == 0) {
+        const std::size_t same = sameCount(theirs);
+        comparedSize_ += same;
+        if (same < theirs.size() || size == 0) {
             difference_ = comparedSize_;
             return false;
         }
         bytes = bytes.subspan(theirs.size());
     }
     return true;
+}
+
+/// How many of these bytes stand at the beginning of the block as well.
+std::size_t ComparingCallback::sameCount(ByteView theirs) const
+{
+    if (std::memcmp(theirs.data(), block_.data(), theirs.size()) == 0)
+        return theirs.size();
+    const auto difference =
+        std::mismatch(theirs.begin(), theirs.end(), block_.begin(),
+                      [](std::uint8_t a, char b) { return a == static_cast<std::uint8_t>(b); });
+    return static_cast<std::size_t>(difference.first - theirs.begin());
 }
 
 void ComparingCallback::requireOpen()

@@ -6,6 +6,7 @@
 
 #include <QFile>
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -36,6 +37,7 @@ public:
 
 private:
     bool compare(ByteView bytes);
+    [[nodiscard]] std::size_t sameCount(ByteView theirs) const;
     void requireOpen();
     [[noreturn]] void fail() const;
 

@@ -38,8 +38,8 @@ protected:
 
 TEST_F(CopyComparisonTest, CopiesThatAreTheSameStayCopied)
 {
-    // One byte; around one of the engine's small reads; more than one of its buffers.
-    for (const std::uint64_t size : {1UL, 5107UL, 5108UL, 5109UL, 20'000'000UL})
+    // One byte; around one of the engine's small reads; many of them.
+    for (const std::uint64_t size : {1UL, 5107UL, 5108UL, 5109UL, 6'000'000UL})
         card->addFile(u"A.MOV", size);
     connect();
     copy();
@@ -48,29 +48,29 @@ TEST_F(CopyComparisonTest, CopiesThatAreTheSameStayCopied)
     EXPECT_EQ(observer.finished.size(), 5U);
     EXPECT_THAT(comparisonRecords(), ElementsAre("compareCopies (result = success, same = 5 / 5)"));
     // As while copying, the headers count.
-    EXPECT_EQ(progress->totalSize(), 20'015'325U);
-    EXPECT_EQ(progress->copiedSize(), 20'015'325U + 5 * 12);
+    EXPECT_EQ(progress->totalSize(), 6'015'325U);
+    EXPECT_EQ(progress->copiedSize(), 6'015'325U + 5 * 12);
 }
 
 TEST_F(CopyComparisonTest, TheFirstByteThatDiffersIsTold)
 {
     card->addFile(u"A.JPG", 1000);
-    card->addFile(u"B.MOV", 20'000'000);
+    card->addFile(u"B.MOV", 6'000'000);
     card->addFile(u"C.JPG", 1000);
     connect();
     copy();
     {
         std::fstream file(folder() / "B.MOV", std::ios::in | std::ios::out | std::ios::binary);
-        file.seekg(17'000'123);
+        file.seekg(5'000'123);
         const char flipped = static_cast<char>(file.get() ^ 1);
-        file.seekp(17'000'123);
+        file.seekp(5'000'123);
         file.put(flipped);
     }
     EXPECT_EQ(compare(), 2U);
     EXPECT_TRUE(result.files[0].isCopied);
     EXPECT_FALSE(result.files[1].isCopied);
     EXPECT_EQ(result.files[1].failure,
-              "the copy differs from the camera's file, from byte 17000123 on");
+              "the copy differs from the camera's file, from byte 5000123 on");
     EXPECT_TRUE(result.files[2].isCopied);
     EXPECT_THAT(comparisonRecords(), ElementsAre("compareCopies (result = fail, same = 2 / 3)"));
     EXPECT_TRUE(std::filesystem::exists(folder() / "B.MOV"));
