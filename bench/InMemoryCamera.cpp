@@ -13,7 +13,8 @@
 namespace nivor::bench {
 namespace {
 
-constexpr std::size_t blockSize = 4 << 20;
+// Small enough to stay in the cache: what is measured is the engine, not this memory.
+constexpr std::size_t blockSize = 128 << 10;
 
 ByteBuffer header(std::uint32_t length, ContainerType type, std::uint16_t code)
 {

@@ -10,16 +10,31 @@
 
 namespace nivor {
 
-AppendingFile::AppendingFile(const std::string& path)
+AppendingFile::AppendingFile(std::string path)
+    : path_(std::move(path))
 {
     do
-        descriptor_ = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+        descriptor_ = ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
     while (descriptor_ < 0 && errno == EINTR);
+    struct stat status { };
+    if (isOpen() && ::fstat(descriptor_, &status) == 0) {
+        device_ = status.st_dev;
+        inode_ = status.st_ino;
+    }
 }
 
 AppendingFile::AppendingFile(AppendingFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1))
 {
+    *this = std::move(other);
+}
+
+AppendingFile& AppendingFile::operator=(AppendingFile&& other) noexcept
+{
+    std::swap(path_, other.path_);
+    std::swap(descriptor_, other.descriptor_);
+    std::swap(device_, other.device_);
+    std::swap(inode_, other.inode_);
+    return *this;
 }
 
 AppendingFile::~AppendingFile()
@@ -28,10 +43,13 @@ AppendingFile::~AppendingFile()
         ::close(descriptor_);
 }
 
-std::int64_t AppendingFile::size() const
+std::optional<std::int64_t> AppendingFile::sizeInPlace() const
 {
     struct stat status { };
-    return ::fstat(descriptor_, &status) == 0 ? std::int64_t{status.st_size} : 0;
+    if (!isOpen() || ::stat(path_.c_str(), &status) != 0 || status.st_dev != device_
+        || status.st_ino != inode_)
+        return std::nullopt;
+    return std::int64_t{status.st_size};
 }
 
 void AppendingFile::append(std::string_view bytes)

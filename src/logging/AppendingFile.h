@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include <sys/types.h>
 
 namespace nivor {
 
@@ -11,23 +14,32 @@ namespace nivor {
 /// open takes what is appended and drops it. Not for use from several threads at a time.
 class AppendingFile {
 public:
+    /// Not open.
+    AppendingFile() = default;
+
     /// Opens the file at `path`; never creates one.
-    explicit AppendingFile(const std::string& path);
+    explicit AppendingFile(std::string path);
     ~AppendingFile();
 
     AppendingFile(AppendingFile&& other) noexcept;
-    AppendingFile& operator=(AppendingFile&&) = delete;
+    AppendingFile& operator=(AppendingFile&& other) noexcept;
+
+    /// The path it was opened, or not opened, by.
+    [[nodiscard]] const std::string& path() const { return path_; }
 
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
 
-    /// The open file's size in bytes; 0 when it can't be told.
-    [[nodiscard]] std::int64_t size() const;
+    /// The size in bytes, if it is open and still what lies at its path.
+    [[nodiscard]] std::optional<std::int64_t> sizeInPlace() const;
 
     /// Adds the bytes in one write at the end of the file, wherever that is by then.
     void append(std::string_view bytes);
 
 private:
-    int descriptor_;
+    std::string path_;
+    int descriptor_ = -1;
+    dev_t device_ = 0;
+    ino_t inode_ = 0;
 };
 
 }  // namespace nivor

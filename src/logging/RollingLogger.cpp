@@ -104,25 +104,29 @@ void RollingLogger::writeToFile(std::string_view className, std::string_view pro
 {
     quietly([&] {
         const std::lock_guard guard(writing_);
-        AppendingFile target = openTarget();
-        target.append(record(className, procName, message));
+        openTarget().append(record(className, procName, message));
     });
 }
 
 /// The target, chosen anew when there is none yet, it is gone, or it is full.
-AppendingFile RollingLogger::openTarget()
+AppendingFile& RollingLogger::openTarget()
 {
     if (const auto name = targetLogName_.get()) {
-        AppendingFile file(*name);
-        // A file that is there but doesn't open stays the target: the record is lost then.
-        const std::optional<std::int64_t> size =
-            file.isOpen() ? std::optional(file.size()) : sizeOf(name->c_str());
+        std::optional<std::int64_t> size;
+        if (target_.path() == *name)
+            size = target_.sizeInPlace();
+        if (!size) {
+            target_ = AppendingFile(*name);
+            // A file that is there but doesn't open stays the target: the record is lost then.
+            size = target_.isOpen() ? target_.sizeInPlace() : sizeOf(name->c_str());
+        }
         if (size && *size < fullSize)
-            return file;
+            return target_;
     }
     chooseTarget();
     const auto name = targetLogName_.get();
-    return AppendingFile(name ? *name : std::string());
+    target_ = AppendingFile(name ? *name : std::string());
+    return target_;
 }
 
 /// The text of one record, in one allocation. Only with `writing_` held.

@@ -90,7 +90,7 @@ public:
     void setTargetLogName(std::filesystem::path name);
 
 private:
-    AppendingFile openTarget();
+    AppendingFile& openTarget();
     void chooseTarget();
     void createTarget();
     std::string record(std::string_view className, std::string_view procName,
@@ -105,6 +105,7 @@ private:
 
     // Held while the target is chosen and a record written. Guards what follows.
     std::mutex writing_;
+    AppendingFile target_;  ///< kept open from record to record while it stays in its place
     std::chrono::sys_seconds stampedSecond_{std::chrono::sys_seconds::min()};
     std::string stamp_;
 };

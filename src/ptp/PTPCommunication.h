@@ -140,8 +140,9 @@ public:
     /// Writes one container to the bulk-out pipe and records it.
     bool writePipe(const ByteBuffer& data);
 
-    /// Starts the receive loop of a transaction on a worker of its own.
-    std::unique_ptr<OperationQueue> setReceiveOperation(PTPTransactionCallback* receiveCallback);
+    /// Starts the receive loop of a transaction on the engine's receive thread. The queue stays
+    /// from one transaction to the next: to make a thread takes longer than a small transaction.
+    OperationQueue& setReceiveOperation(PTPTransactionCallback* receiveCallback);
 
     // --- Properties -----------------------------------------------------------------------------
 
@@ -182,6 +183,7 @@ public:
 private:
     enum class StopReason : std::uint8_t { Finished, TimedOut, Stopped };
     struct Reception;
+    struct ReceptionGuard;
 
     // The transaction, step by step.
     void resetTransaction(ReceiveSlot* receiveBuffer, std::uint64_t receiveBufferSize,
@@ -200,6 +202,7 @@ private:
     void receiveDataPhase(Reception& reception, std::size_t firstRead, std::uint64_t completeSize);
     UsbResult readPipe(std::span<std::uint8_t> buffer, std::size_t& received);
     bool deliver(Reception& reception, ByteView piece, std::uint64_t completeSize);
+    void failSink(const Reception& reception, const char* reason);
     void endRefusedTransaction(Reception& reception);
     void failReception(TransactionFailure::Cause cause, UsbResult result = UsbResult::Success,
                        std::string detail = {});
@@ -236,6 +239,9 @@ private:
     // Wakes the waiting thread; holds no state beside the atomic flags above.
     std::mutex wakeMutex_;
     std::condition_variable wake_;
+
+    // Behind all that its operations work on.
+    OperationQueue receiveQueue_;
 
     static std::optional<EngineParts> sharedParts_;
 };

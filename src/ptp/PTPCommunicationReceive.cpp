@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <exception>
 #include <utility>
@@ -20,6 +21,9 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t firstReadSize = 5120;
 constexpr UsbTimeouts readTimeouts{600ms, 2000ms};
+
+// The response to a refused object, and what may come before it: an empty packet, an event.
+constexpr int mostReadsForResponse = 4;
 
 // Whole buffers while one is left, then small reads: a tail never waits for more than it has.
 std::size_t continuationReadSize(std::uint64_t remaining)
@@ -34,25 +38,25 @@ struct PTPCommunication::Reception {
     PTPTransactionCallback* callback;
     std::string_view event;
     ReceiveBuffer memory;
+    // Most transactions fit into this, and then no page of the large buffer is ever touched.
+    std::array<std::uint8_t, firstReadSize> first;
     std::uint64_t total = 0;      ///< bytes of the data container so far, header included
     bool isRefused = false;       ///< the sink takes no more
     bool isDataUnderWay = false;  ///< and the camera has more to send
 };
 
-std::unique_ptr<OperationQueue> PTPCommunication::setReceiveOperation(
-    PTPTransactionCallback* receiveCallback)
+OperationQueue& PTPCommunication::setReceiveOperation(PTPTransactionCallback* receiveCallback)
 {
     constexpr Selector selector{"setReceiveOperation:"};
-    auto queue = std::make_unique<OperationQueue>();
-    queue->addOperation(
+    receiveQueue_.addOperation(
         [this, receiveCallback, event = selector.text()] { receive(receiveCallback, event); });
-    return queue;
+    return receiveQueue_;
 }
 
 void PTPCommunication::receive(PTPTransactionCallback* receiveCallback, std::string_view event)
 {
-    {
-        Reception reception{receiveCallback, event, parts_.allocateReceiveBuffer()};
+    try {
+        Reception reception{receiveCallback, event, parts_.allocateReceiveBuffer(), {}};
         if (!reception.memory)
             failReception(TransactionFailure::Cause::NoMemory);
         if (!tmpBuffer())
@@ -61,6 +65,9 @@ void PTPCommunication::receive(PTPTransactionCallback* receiveCallback, std::str
         receiveContainers(reception);
         if (reception.isRefused)
             endRefusedTransaction(reception);
+    } catch (...) {
+        // Sinks are guarded where they are called; what else can be raised is a lack of memory.
+        failReception(TransactionFailure::Cause::NoMemory);
     }
     setIsReceivedFinish(true);
     wakeWaitingThread();
@@ -77,7 +84,7 @@ void PTPCommunication::receiveContainers(Reception& reception)
 // Reads one container, or finds that none came in time; false ends the loop.
 bool PTPCommunication::receiveContainer(Reception& reception)
 {
-    const std::span<std::uint8_t> first = reception.memory.bytes().first(firstReadSize);
+    const std::span<std::uint8_t> first = reception.first;
     // Nothing of an earlier container may pass for the header of a read that brings less.
     std::fill_n(first.begin(), containerHeaderSize, std::uint8_t{0});
 
@@ -108,7 +115,7 @@ void PTPCommunication::receiveDataPhase(Reception& reception, std::size_t firstR
 {
     reception.total += firstRead;
     const std::span<std::uint8_t> memory = reception.memory.bytes();
-    if (!deliver(reception, memory.first(firstRead), completeSize))
+    if (!deliver(reception, ByteView(reception.first).first(firstRead), completeSize))
         return;
 
     std::size_t received = firstRead;
@@ -158,10 +165,17 @@ bool PTPCommunication::deliver(Reception& reception, ByteView piece, std::uint64
         }
         failReception(TransactionFailure::Cause::SinkRefused);
     } catch (const std::exception& error) {
-        writeLog(reception.event, fmt::format("ReceiveCallback (error = {})", error.what()));
-        failReception(TransactionFailure::Cause::SinkError, UsbResult::Success, error.what());
+        failSink(reception, error.what());
+    } catch (...) {
+        failSink(reception, "unknown");
     }
     return false;
+}
+
+void PTPCommunication::failSink(const Reception& reception, const char* reason)
+{
+    writeLog(reception.event, fmt::format("ReceiveCallback (error = {})", reason));
+    failReception(TransactionFailure::Cause::SinkError, UsbResult::Success, reason);
 }
 
 // The camera does not know that nobody takes its data. Left alone, what it still has to send
@@ -176,9 +190,16 @@ void PTPCommunication::endRefusedTransaction(Reception& reception)
             fmt::format("ReceiveCallback (cancel = {})", lastStatusSucceeded ? "success" : "fail"));
         return;
     }
-    std::size_t received = 0;
-    if (succeeded(readPipe(reception.memory.bytes().first(firstReadSize), received)))
+    const std::span<std::uint8_t> memory = reception.first;
+    for (int i = 0; i < mostReadsForResponse; ++i) {
+        std::fill_n(memory.begin(), containerHeaderSize, std::uint8_t{0});
+        std::size_t received = 0;
+        if (!succeeded(readPipe(memory, received)))
+            return;
         writeLog(reception.event, fmt::format("ReadPipe : len = {}", received));
+        if (ContainerHeader::parse(memory).isOfType(ContainerType::Response))
+            return;
+    }
 }
 
 void PTPCommunication::failReception(TransactionFailure::Cause cause, UsbResult result,

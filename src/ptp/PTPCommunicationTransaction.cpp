@@ -46,6 +46,20 @@ std::string dumpOf(const ByteBuffer& data)
 
 }  // namespace
 
+/// The loop works on the engine and on the caller's sink: it has to be over even when an error is
+/// raised on the way.
+struct PTPCommunication::ReceptionGuard {
+    PTPCommunication& engine;
+    OperationQueue& queue;
+
+    ~ReceptionGuard()
+    {
+        if (!engine.isReceivedFinish())
+            engine.setIsReceivedError(true);
+        queue.waitUntilAllOperationsAreFinished();
+    }
+};
+
 bool PTPCommunication::writePipe(const ByteBuffer& data)
 {
     constexpr Selector selector{"writePipe:"};
@@ -74,14 +88,15 @@ bool PTPCommunication::executePTPTransaction(ByteBuffer& command, ByteBuffer* da
     resetTransaction(receiveBuffer, receiveBufferSize, isReceiveData);
 
     // The loop reads before the command is on its way, so that no answer can come too early.
-    const std::unique_ptr<OperationQueue> queue = setReceiveOperation(receiveCallback);
+    OperationQueue& queue = setReceiveOperation(receiveCallback);
+    const ReceptionGuard guard{*this, queue};
     writePipe(command);
     if (dataBuffer != nullptr)
         writePipe(*dataBuffer);
 
     setTimeoutTimer(0);
-    const StopReason reason = waitForReception(*queue, timeout);
-    queue->waitUntilAllOperationsAreFinished();
+    const StopReason reason = waitForReception(queue, timeout);
+    queue.waitUntilAllOperationsAreFinished();
 
     recordOutcome(reason);
     if (receiveBuffer != nullptr && *receiveBuffer == nullptr)
@@ -120,9 +135,8 @@ PTPCommunication::StopReason PTPCommunication::waitForReception(OperationQueue& 
             return StopReason::Stopped;
         }
         if (waitOneStep())
-            setTimeoutTimer(
-                timeoutTimer()
-                + static_cast<std::uint32_t>(waitingStep / std::chrono::milliseconds(1)));
+            addToTimeoutTimer(
+                static_cast<std::uint32_t>(waitingStep / std::chrono::milliseconds(1)));
     }
     return StopReason::Finished;
 }
@@ -147,10 +161,13 @@ void PTPCommunication::wakeWaitingThread()
 void PTPCommunication::recordOutcome(StopReason reason)
 {
     TransactionFailure failure = failure_.get();
-    if (reason == StopReason::TimedOut)
-        failure.cause = TransactionFailure::Cause::TimedOut;
-    if (reason == StopReason::Stopped)
-        failure.cause = TransactionFailure::Cause::Stopped;
+    // What failed first is the cause: a full disk may be followed by a camera that doesn't answer.
+    if (failure.cause == TransactionFailure::Cause::None) {
+        if (reason == StopReason::TimedOut)
+            failure.cause = TransactionFailure::Cause::TimedOut;
+        if (reason == StopReason::Stopped)
+            failure.cause = TransactionFailure::Cause::Stopped;
+    }
     failure.responseCode = lastResponseCode();
     failure_.set(std::move(failure));
 }

@@ -43,6 +43,9 @@ public:
     [[nodiscard]] std::uint32_t timeoutTimer() const { return timeoutTimer_; }
     void setTimeoutTimer(std::uint32_t value) { timeoutTimer_ = value; }
 
+    /// In one step, so that a reset on the other thread is never undone.
+    void addToTimeoutTimer(std::uint32_t value) { timeoutTimer_ += value; }
+
     /// Where incoming data collects when there is no sink, header included; or none.
     [[nodiscard]] std::shared_ptr<ByteBuffer> tmpBuffer() const { return tmpBuffer_.get(); }
     void setTmpBuffer(std::shared_ptr<ByteBuffer> value) { tmpBuffer_.set(std::move(value)); }

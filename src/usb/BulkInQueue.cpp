@@ -65,6 +65,7 @@ void BulkInQueue::stop()
     line_.clear();
     idle_.clear();
     inFlight_ = 0;
+    surplus_ = 0;
 }
 
 bool BulkInQueue::waitUntilIdle(Lock& lock, std::chrono::milliseconds limit)
@@ -215,6 +216,7 @@ void BulkInQueue::endDropping()
         paused_ = true;
         cancelOldestFirst();
         waitUntilIdle(lock, flushLimit);
+        boundary_.restart();
         if (line_.empty() && !*gone_)
             static_cast<void>(restart(lock));
         paused_ = false;

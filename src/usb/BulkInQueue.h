@@ -27,7 +27,8 @@ namespace nivor {
 /// A ring of transfers stays in flight from `start` to `stop`, so that the wire never waits for
 /// the program; reads are served from finished transfers, in order and byte for byte.
 ///
-/// What a read sees does not depend on the ring's shape:
+/// What a read sees does not depend on the ring's shape, but for this: bytes arrive for it when
+/// their transfer is full or has ended, so less than a transfer's worth may be on its way unseen.
 /// - It ends when its buffer is full or where the device sent a short or an empty packet. Such an
 ///   end that coincides with the end of a full buffer belongs to that read. It ends as well where
 ///   a container ends that ought to be followed by an empty packet, whether or not one comes.

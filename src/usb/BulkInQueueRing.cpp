@@ -82,7 +82,6 @@ UsbResult BulkInQueue::restart(Lock& lock)
     }
     paused_ = false;
     failed_ = false;
-    boundary_.restart();
     const UsbResult result = *gone_ ? UsbResult::NoDevice
         : stopped_                  ? UsbResult::NotOpen
                                     : submitIdle(idle_.size() > 1 ? 1 : 0);
@@ -136,8 +135,8 @@ void BulkInQueue::dropFinished()
 /// Lets go of transfers that were cancelled to make the ring smaller and hold nothing.
 void BulkInQueue::dropSurplus()
 {
-    while (surplus_ > 0 && line_.back()->finished() && line_.back()->receivedCount() == 0
-           && line_.back()->outcome() == UsbResult::Aborted) {
+    while (surplus_ > 0 && !line_.empty() && line_.back()->finished()
+           && line_.back()->receivedCount() == 0 && line_.back()->outcome() == UsbResult::Aborted) {
         line_.pop_back();
         --surplus_;
     }

@@ -15,8 +15,8 @@ namespace nivor {
 /// A data phase ends with a short packet, an empty one where its length is a multiple of the packet
 /// size (USB Still Image class 1.0, 7.2). Some devices leave that empty packet out, and then only
 /// the length that the container announces in its first four bytes tells its end from the beginning
-/// of the response. Containers of another length, and those of unknown length (0xFFFFFFFF), end
-/// with a short packet anyway: for them no end is told.
+/// of the response. Containers of another length end with a
+/// short packet anyway; for them no end is told, nor for those of unknown length (0xFFFFFFFF).
 class ContainerBoundary {
 public:
     explicit ContainerBoundary(std::size_t maxPacketSize)

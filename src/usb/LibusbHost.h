@@ -21,7 +21,7 @@ namespace nivor {
 class LibusbHost final : public UsbHost {
 public:
     /// Takes one line in English that is worth logging. Called on the thread that opens an
-    /// interface, while no lock is held.
+    /// interface, while no lock of this layer is held.
     using Note = std::function<void(std::string_view line)>;
 
     explicit LibusbHost(Note note = {});
