@@ -20,6 +20,7 @@ AppendingFile::AppendingFile(std::string path)
     if (isOpen() && ::fstat(descriptor_, &status) == 0) {
         device_ = status.st_dev;
         inode_ = status.st_ino;
+        mode_ = status.st_mode;
     }
 }
 
@@ -34,6 +35,7 @@ AppendingFile& AppendingFile::operator=(AppendingFile&& other) noexcept
     std::swap(descriptor_, other.descriptor_);
     std::swap(device_, other.device_);
     std::swap(inode_, other.inode_);
+    std::swap(mode_, other.mode_);
     return *this;
 }
 
@@ -47,7 +49,7 @@ std::optional<std::int64_t> AppendingFile::sizeInPlace() const
 {
     struct stat status { };
     if (!isOpen() || ::stat(path_.c_str(), &status) != 0 || status.st_dev != device_
-        || status.st_ino != inode_)
+        || status.st_ino != inode_ || status.st_mode != mode_)
         return std::nullopt;
     return std::int64_t{status.st_size};
 }

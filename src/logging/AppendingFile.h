@@ -29,7 +29,8 @@ public:
 
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
 
-    /// The size in bytes, if it is open and still what lies at its path.
+    /// The size in bytes, if it is open and what lies at its path is still this file, with
+    /// the permissions that it was opened with.
     [[nodiscard]] std::optional<std::int64_t> sizeInPlace() const;
 
     /// Adds the bytes in one write at the end of the file, wherever that is by then.
@@ -40,6 +41,7 @@ private:
     int descriptor_ = -1;
     dev_t device_ = 0;
     ino_t inode_ = 0;
+    mode_t mode_ = 0;
 };
 
 }  // namespace nivor

@@ -15,8 +15,8 @@ namespace nivor {
 
 /// Implemented by libusb, by the simulated camera and by the tests.
 ///
-/// `controlRequest` may be called from another thread while the interface's pipes are in use;
-/// the other operations are called by one thread at a time.
+/// `controlRequest` may be called by several threads at once and while the interface's pipes are in
+/// use; the other operations are called by one thread at a time.
 class UsbDevice {
 public:
     virtual ~UsbDevice() = default;

@@ -137,13 +137,50 @@ TEST_F(Cancel, LetsTheTransactionRunWhenTheRequestFails)
 
 TEST_F(Cancel, DoesNotTakeAnEmptyStatusForAnOldOne)
 {
-    // First OK would be remembered by a reply buffer that is used again.
-    device->statuses = {{.bytes = {}, .result = UsbResult::Success}};
-    std::future<bool> running = start(300);
+    // OK once; a reply buffer that is used again would remember it.
+    device->statuses = {statusOf(0x2001), {.bytes = {}, .result = UsbResult::Success}};
+    std::future<bool> first = start(60'000);
     engine.cancelTransaction();
-    EXPECT_EQ(statusRequests(), 10U);
+    EXPECT_FALSE(first.get());
+    ASSERT_TRUE(engine.isStopCopyFlg());
+    engine.stopCopyFlgInit();
+
+    std::future<bool> second = start(300);
+    engine.cancelTransaction();
+    EXPECT_EQ(statusRequests(), 11U);
     EXPECT_FALSE(engine.isStopCopyFlg());
-    EXPECT_FALSE(running.get());
+    EXPECT_FALSE(second.get());
+}
+
+TEST_F(Cancel, KeepsThePieceThatArrivesAfterTheStopFromTheSink)
+{
+    class Sizes : public PTPTransactionCallback {
+    public:
+        bool callbackProc(std::uint64_t, std::uint64_t, const std::uint8_t*,
+                          std::uint64_t size) override
+        {
+            sizes.push_back(size);
+            return true;
+        }
+        std::vector<std::uint64_t> sizes;
+    } sink;
+    device->statuses = {statusOf(0x2001)};
+    pipes().answerWrite(1, {container(2, 0x1009, 1, ByteBuffer(9'988))});
+    // 5120 bytes, then the stop in the middle of the second read, whose bytes still arrive.
+    int reads = 0;
+    pipes().onRead = [this, &reads] {
+        if (++reads != 2)
+            return;
+        engine.cancelTransaction();
+        while (!engine.isReceivedError())
+            std::this_thread::sleep_for(1ms);
+    };
+    CommandContainer command(OperationCode::GetObject, 1);
+    command.append(1);
+    EXPECT_FALSE(
+        engine.executePTPTransaction(command.bytes(), nullptr, nullptr, 0, &sink, true, 60'000));
+    EXPECT_THAT(sink.sizes, ElementsAre(5120U));
+    EXPECT_EQ(engine.lastTransactionFailure().cause, TransactionFailure::Cause::Stopped);
 }
 
 TEST_F(Cancel, StopsBeforeAnyDataArrived)

@@ -3,7 +3,10 @@
 #include "ptp/PTPTransactionCallback.h"
 #include "support/EngineFixture.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <new>
 #include <numeric>
 #include <thread>
 
@@ -272,12 +275,74 @@ TEST_F(Transaction, PassesOverAContainerOfUnknownType)
 
 TEST_F(Transaction, DoesNotTakeAnEmptyPacketForTheHeaderBeforeIt)
 {
-    // Were the event's header still in the buffer, each empty packet would repeat it; were the
-    // first response's, the transaction would end before its data.
+    // Were the data container's header still in the buffer, the empty packet would repeat it.
     pipes().answerWrite(1, {data(0x1004, {1, 0, 0, 0}), ByteBuffer{}, response(0x2001)});
-    EXPECT_TRUE(run(true));
-    EXPECT_EQ(slot->size(), 16U);
+    CountingSink sink;
+    EXPECT_TRUE(run(true, 300, &sink));
+    EXPECT_THAT(sink.received, ElementsAre(16U));
     EXPECT_EQ(engine.lastResponseCode(), 0x2001);
+}
+
+TEST_F(Transaction, IsOverAsSoonAsTheResponseIsThere)
+{
+    auto shortest = Clock::duration::max();
+    for (int i = 0; i < 20; ++i) {
+        pipes().answerWrite(1, {response(0x2001)});
+        const auto begin = Clock::now();
+        EXPECT_TRUE(run(false));
+        shortest = std::min(shortest, Clock::now() - begin);
+    }
+    // Noticed only at the end of a step, each of them would have taken 100 ms.
+    EXPECT_LT(shortest, 60ms);
+}
+
+TEST_F(Transaction, NamesTheSinksErrorAlthoughTheCameraThenHangs)
+{
+    class FullDisk : public PTPTransactionCallback {
+        bool callbackProc(std::uint64_t, std::uint64_t, const std::uint8_t*, std::uint64_t) override
+        {
+            throw FileError(ENOSPC, "Could not write film.mov");
+        }
+    } sink;
+    device->onCancel = [] { std::this_thread::sleep_for(300ms); };
+    pipes().answerWrite(1, {container(2, 0x1009, 1, pattern(100), 100'000)});
+    EXPECT_FALSE(run(true, 100, &sink));
+    EXPECT_EQ(engine.lastTransactionFailure().cause, TransactionFailure::Cause::SinkError);
+    EXPECT_THAT(engine.lastTransactionFailure().toText(), HasSubstr("film.mov"));
+}
+
+TEST_F(Transaction, EndsAsFailedWhenTheSinkRaisesSomethingElse)
+{
+    class Odd : public PTPTransactionCallback {
+        bool callbackProc(std::uint64_t, std::uint64_t, const std::uint8_t*, std::uint64_t) override
+        {
+            throw 1;
+        }
+    } sink;
+    pipes().answerWrite(1, {data(0x1009, {1}), response(0x2001)});
+    EXPECT_FALSE(run(true, 300, &sink));
+    EXPECT_EQ(engine.lastTransactionFailure().cause, TransactionFailure::Cause::SinkError);
+}
+
+TEST_F(Transaction, TakesTheResponseBehindAnEmptyPacketAfterARefusalToo)
+{
+    CountingSink sink;
+    sink.refuseAt = 1;
+    pipes().answerWrite(1, {data(0x1009, {1}), ByteBuffer{}, response(0x2001)});
+    EXPECT_FALSE(run(true, 300, &sink));
+    pipes().answerWrite(1, {response(0x2002)});
+    EXPECT_TRUE(run(false));
+    EXPECT_EQ(engine.lastResponseCode(), 0x2002);
+}
+
+TEST_F(Transaction, EndsItsReceptionWhenTheWriteRaises)
+{
+    pipes().onWrite = [] { throw std::bad_alloc(); };
+    EXPECT_THROW(run(false, 60'000), std::bad_alloc);
+    EXPECT_TRUE(engine.isReceivedFinish());
+    pipes().onWrite = {};
+    pipes().answerWrite(1, {response(0x2001)});
+    EXPECT_TRUE(run(false));
 }
 
 TEST_F(Transaction, PassesOverAShortRead)

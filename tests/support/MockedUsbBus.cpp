@@ -63,18 +63,19 @@ std::string MockedUsbBus::add(const MockedUsbDescription& description)
 {
     const std::string name = fmt::format("{}-{}", description.bus, description.port);
     const auto text = [](auto value) { return fmt::format("{}", value); };
-    std::vector<std::string> attributes{"busnum",
-                                        text(description.bus),
-                                        "devnum",
-                                        text(description.address),
-                                        "speed",
-                                        description.speed,
-                                        "bConfigurationValue",
-                                        text(description.isConfigured ? description.configurationValue : 0),
-                                        "idVendor",
-                                        fmt::format("{:04x}", description.vendorID),
-                                        "idProduct",
-                                        fmt::format("{:04x}", description.productID)};
+    std::vector<std::string> attributes{
+        "busnum",
+        text(description.bus),
+        "devnum",
+        text(description.address),
+        "speed",
+        description.speed,
+        "bConfigurationValue",
+        text(description.isConfigured ? description.configurationValue : 0),
+        "idVendor",
+        fmt::format("{:04x}", description.vendorID),
+        "idProduct",
+        fmt::format("{:04x}", description.productID)};
     if (description.serialNumber && description.kernelKnowsSerialNumber) {
         attributes.emplace_back("serial");
         attributes.push_back(*description.serialNumber + "\n");

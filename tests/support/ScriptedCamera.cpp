@@ -52,6 +52,8 @@ UsbResult ScriptedInterface::close()
 
 UsbResult ScriptedInterface::writePipe(ByteView bytes)
 {
+    if (onWrite)
+        onWrite();
     const std::lock_guard guard(mutex_);
     written_.emplace_back(bytes.begin(), bytes.end());
     changed_.notify_all();

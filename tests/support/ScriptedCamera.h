@@ -57,6 +57,9 @@ public:
     /// Called before each read, with no lock held.
     std::function<void()> onRead{};
 
+    /// Called before each write, with no lock held; may raise.
+    std::function<void()> onWrite{};
+
 private:
     bool headIsDue() const;
 
