@@ -15,14 +15,14 @@ packages_check=(
 # require_packages PACKAGE…: returns at once when all are installed; else installs them with apt
 # as root or through sudo; else prints the one line to type and gives up.
 require_packages() {
-    local missing=() package
+    local installed missing=() package
+    # Removed packages are listed as well, with another status.
+    installed=$(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null || true)
     for package in "$@"; do
-        [ -e "/var/lib/dpkg/info/$package.list" ] || [ -e "/var/lib/dpkg/info/$package:$(dpkg_arch).list" ] \
-            || missing+=("$package")
+        grep -Fxq "$package installed" <<<"$installed" || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
 
-    local apt=(apt-get -o DPkg::Lock::Timeout=300)
     if ! command -v apt-get >/dev/null; then
         echo "These Debian packages are needed, or their like: ${missing[*]}" >&2
         exit 1
@@ -30,19 +30,31 @@ require_packages() {
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
         if ! sudo -n true 2>/dev/null && ! { [ -t 0 ] && command -v sudo >/dev/null; }; then
-            echo "Some packages are missing. Please type:" >&2
-            echo "  sudo apt-get install --no-install-recommends ${missing[*]}" >&2
-            exit 1
+            ask_for_packages "Some packages are missing." "${missing[@]}"
         fi
         as_root=(sudo)
     fi
-    echo "Installing ${missing[*]}"
-    "${as_root[@]}" "${apt[@]}" -q update >/dev/null || true
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive "${apt[@]}" -q -y \
-        install --no-install-recommends "${missing[@]}" >/dev/null
+    echo "Installing ${missing[*]}" >&2
+    install_packages "${missing[@]}" || ask_for_packages "They could not be installed." "${missing[@]}"
 }
 
-dpkg_arch() {
-    [ -n "${DPKG_ARCH:-}" ] || DPKG_ARCH=$(dpkg --print-architecture 2>/dev/null || echo amd64)
-    echo "$DPKG_ARCH"
+# Uses the caller's as_root.
+install_packages() {
+    local apt=(apt-get -o DPkg::Lock::Timeout=300)
+    # A sudo that refuses would only ask once more.
+    [ ${#as_root[@]} -eq 0 ] || "${as_root[@]}" true || return 1
+    "${as_root[@]}" "${apt[@]}" -q update >/dev/null || true
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive "${apt[@]}" -q -y \
+        install --no-install-recommends "$@" >/dev/null
+}
+
+# ask_for_packages REASON PACKAGE…: prints the line to type, and gives up.
+ask_for_packages() {
+    local reason=$1
+    shift
+    local sudo='sudo '
+    [ "$(id -u)" -ne 0 ] || sudo=
+    echo "$reason Please type:" >&2
+    echo "  ${sudo}apt-get install --no-install-recommends $*" >&2
+    exit 1
 }

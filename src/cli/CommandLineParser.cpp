@@ -1,10 +1,13 @@
 #include "cli/CommandLineParser.h"
 
+#include "cli/CommandLineWords.h"
 #include "cli/VendorID.h"
+#include "content/VisibleName.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
 #include <string_view>
 
 namespace nivor {
@@ -47,34 +50,34 @@ std::string unmarked(const std::string& word)
     return word.starts_with(literalMark) ? word.substr(1) : word;
 }
 
-bool takesValue(const std::string& option)
-{
-    return option == "--vendor-id" || option == "--log-directory" || option == "--simulate-pace";
-}
-
 /// The words as the parser gets them, last one first. An optional value can only be told from the
 /// next word by its '=', so that form becomes an option of its own.
-std::vector<std::string> reversedForParser(const std::vector<std::string>& arguments)
+std::vector<std::string> reversedForParser(const std::vector<CommandLineWord>& arguments)
 {
+    using Kind = CommandLineWord::Kind;
     std::vector<std::string> words;
     bool isCommandSeen = false;
-    bool isLiteral = false;
-    bool isValue = false;
-    for (const std::string& word : arguments) {
-        const bool isOption = word.size() > 1 && word.starts_with('-') && !isLiteral && !isValue;
-        if (isOption && word == "--")
-            isLiteral = true;
-        else if (isOption && word.starts_with(simulateWithFolder))
-            words.push_back("--simulate-folder=" + word.substr(simulateWithFolder.size()));
-        else if (isOption || isValue || !isCommandSeen)
-            words.push_back(word);
+    for (const auto& [text, kind] : arguments) {
+        if (kind == Kind::EndMark)
+            continue;
+        if (kind == Kind::Option && text.starts_with(simulateWithFolder))
+            words.push_back("--simulate-folder=" + text.substr(simulateWithFolder.size()));
+        else if (kind == Kind::Plain && isCommandSeen)
+            words.push_back(literalMark + text);
         else
-            words.push_back(literalMark + word);
-        isCommandSeen = isCommandSeen || (!isOption && !isValue);
-        isValue = isOption && takesValue(word);
+            words.push_back(text);
+        isCommandSeen = isCommandSeen || kind == Kind::Plain;
     }
     std::reverse(words.begin(), words.end());
     return words;
+}
+
+bool isPace(const std::string& text)
+{
+    double pace = -1;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, pace);
+    return error == std::errc() && rest == end && pace >= 0;
 }
 
 /// The command line's grammar, bound to the options it fills.
@@ -104,10 +107,14 @@ public:
         const bool hasFolder = app_.count("--simulate-folder") > 0;
         if (simulation.isWritable && !hasFolder)
             return "--simulate-writable needs --simulate=FOLDER";
+        if (options_.isVerify && options_.command != CliOptions::Command::Copy)
+            return "--verify goes with the command copy only";
         simulation.isWanted = simulation.isWanted || hasFolder;
         for (const std::string& word : words_)
             options_.words.push_back(QString::fromStdString(unmarked(word)));
         options_.destination = unmarked(options_.destination);
+        if (options_.command == CliOptions::Command::Copy && options_.destination.empty())
+            return "DEST is empty";
         return {};
     }
 
@@ -129,12 +136,18 @@ private:
         app_.add_flag("--simulate-writable", simulation.isWritable,
                       "Let deletions on the simulated camera reach FOLDER");
         app_.add_option("--simulate-pace", simulation.pace)
-            ->check(CLI::NonNegativeNumber)
+            ->check([](const std::string& text) {
+                return isPace(text)
+                    ? std::string()
+                    : "'" + text + "' is no pace; write megabytes per second, like 20";
+            })
             ->group("");
         app_.add_option("--log-directory", options_.logDirectory, "Keep the log in this folder")
             ->type_name("FOLDER");
         app_.add_flag("--json", options_.isJson, "Print the result as JSON");
         app_.add_flag("-y,--yes", options_.isYes, "Delete without asking");
+        // Shown with its command, and accepted before it as well.
+        app_.add_flag("--verify", options_.isVerify)->group("");
     }
 
     void addCommands()
@@ -185,6 +198,16 @@ bool isAboutCommands(const CLI::ParseError& error)
     return error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
 }
 
+const char* const commandNames = "devices, list, copy, delete and doctor";
+
+std::string commandProblem(const std::string& word)
+{
+    if (word.empty())
+        return std::string("which command? There are ") + commandNames;
+    return "'" + visibleName(QString::fromStdString(word)).toStdString()
+        + "' is no command; there are " + commandNames;
+}
+
 ParsedCommandLine usageError(std::string message)
 {
     std::erase(message, literalMark);
@@ -196,22 +219,23 @@ ParsedCommandLine usageError(std::string message)
 ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments,
                                    const std::string& versionText, std::int32_t defaultVendorID)
 {
-    const auto end = std::find(arguments.begin(), arguments.end(), "--");
-    if (std::find(arguments.begin(), end, simulateWithFolder) != end)
-        return usageError("--simulate= needs a folder; leave out the '=' for the built-in card");
+    const std::vector<CommandLineWord> words = classifiedWords(arguments);
+    const std::string badValue = valueProblem(words);
+    if (!badValue.empty())
+        return usageError(badValue);
 
     CliOptions options;
     options.vendorID = defaultVendorID;
     Grammar grammar(options, versionText);
     try {
-        grammar.app().parse(reversedForParser(arguments));
+        grammar.app().parse(reversedForParser(words));
     } catch (const CLI::CallForHelp&) {
         return {.output = grammar.app().help()};
     } catch (const CLI::CallForVersion& version) {
         return {.output = std::string(version.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
         if (grammar.app().get_subcommands().empty() && isAboutCommands(error))
-            return usageError("which command? There are devices, list, copy, delete and doctor");
+            return usageError(commandProblem(commandWord(words)));
         return usageError(error.what());
     }
     const std::string problem = grammar.finish();

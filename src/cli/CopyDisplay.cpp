@@ -1,6 +1,7 @@
 #include "cli/CopyDisplay.h"
 
 #include "cli/ByteCount.h"
+#include "cli/ObjectPaths.h"
 #include "cli/Output.h"
 #include "content/CopyProgress.h"
 #include "content/CopyResult.h"
@@ -32,8 +33,10 @@ std::uint64_t copiedBytes(const CopyProgress& progress)
 
 }  // namespace
 
-CopyDisplay::CopyDisplay(CliEnvironment& environment, bool isQuiet, QString verb)
+CopyDisplay::CopyDisplay(CliEnvironment& environment, const ObjectPaths& paths, bool isQuiet,
+                         QString verb)
     : environment_(environment)
+    , paths_(paths)
     , isQuiet_(isQuiet)
     , verb_(std::move(verb))
     , line_(environment)
@@ -55,7 +58,13 @@ void CopyDisplay::copyIsUnderWay(const CopyProgress& progress)
 
 bool CopyDisplay::isStopRequested()
 {
-    return environment_.isInterrupted();
+    if (!isStopping_ && environment_.isInterrupted()) {
+        isStopping_ = true;
+        verb_ = QStringLiteral("Stopping… ");
+        // The camera may take its time to confirm, and nothing is drawn until then.
+        line_.showAtOnce(QStringLiteral("Stopping…"), {});
+    }
+    return isStopping_;
 }
 
 void CopyDisplay::copyWasStopped(bool isConfirmed)
@@ -70,11 +79,11 @@ void CopyDisplay::copyWasStopped(bool isConfirmed)
 
 void CopyDisplay::fileDidFinish(const CopiedFile& file, const CopyProgress& progress)
 {
-    const std::string name = shownName(*file.object).toStdString();
     if (!file.isCopied) {
         line_.clear();
         complain(environment_,
-                 name + ": " + visibleName(QString::fromStdString(file.failure)).toStdString());
+                 paths_.shown(*file.object).toStdString() + ": "
+                     + visibleName(QString::fromStdString(file.failure)).toStdString());
         return;
     }
     if (environment_.isErrorTerminal) {
@@ -85,7 +94,8 @@ void CopyDisplay::fileDidFinish(const CopiedFile& file, const CopyProgress& prog
         return;
     const QString localName = QString::fromStdString(file.path.filename().string());
     const bool isRenamed = localName != NVX_stringByTrimmingNullCharacters(file.object->fileName());
-    environment_.err << fmt::format("{}  {}{}  {}\n", countOf(progress).toStdString(), name,
+    environment_.err << fmt::format("{}  {}{}  {}\n", countOf(progress).toStdString(),
+                                    shownName(*file.object).toStdString(),
                                     isRenamed ? " as " + visibleName(localName).toStdString() : "",
                                     byteCountText(file.object->objectCompressedSize()));
 }

@@ -10,13 +10,16 @@
 
 namespace nivor {
 
+class ObjectPaths;
+
 /// On a terminal one line that follows the copy; elsewhere one line per file. Failed files are
 /// named on either.
 class CopyDisplay final : public CopyRunObserver {
 public:
-    /// `isQuiet`: no line for a file that went well. `verb`: what stands before the name on the
-    /// terminal's line, such as "Comparing "; may be empty.
-    CopyDisplay(CliEnvironment& environment, bool isQuiet, QString verb = {});
+    /// `paths` must outlive the display. `isQuiet`: no line for a file that went well. `verb`:
+    /// what stands before the name on the terminal's line, such as "Comparing "; may be empty.
+    CopyDisplay(CliEnvironment& environment, const ObjectPaths& paths, bool isQuiet,
+                QString verb = {});
 
     void copyWillBegin(const CopyProgress& progress) override;
     void copyIsUnderWay(const CopyProgress& progress) override;
@@ -31,8 +34,10 @@ private:
     [[nodiscard]] QString details(const CopyProgress& progress) const;
 
     CliEnvironment& environment_;
+    const ObjectPaths& paths_;
     const bool isQuiet_;
-    const QString verb_;
+    QString verb_;
+    bool isStopping_ = false;
     ProgressLine line_;
     TransferRate rate_;
 };

@@ -5,6 +5,7 @@
 #include "cli/CameraSession.h"
 #include "cli/Confirmation.h"
 #include "cli/DeleteDisplay.h"
+#include "cli/ObjectPaths.h"
 #include "cli/Output.h"
 #include "cli/Selecting.h"
 #include "content/DeleteRun.h"
@@ -22,7 +23,7 @@ namespace {
 constexpr std::size_t mostNamesShown = 10;
 
 /// What the user is about to lose.
-std::string questionText(const ObjectList& files)
+std::string questionText(const ObjectList& files, const ObjectPaths& paths)
 {
     std::string text;
     std::uint64_t bytes = 0;
@@ -30,7 +31,7 @@ std::string questionText(const ObjectList& files)
         bytes += file->objectCompressedSize();
     const std::size_t shown = std::min(files.size(), mostNamesShown);
     for (std::size_t i = 0; i < shown; ++i)
-        text += "  " + shownName(*files[i]).toStdString() + '\n';
+        text += "  " + paths.shown(*files[i]).toStdString() + '\n';
     if (shown < files.size())
         text += fmt::format("  and {} more\n", files.size() - shown);
     return text
@@ -38,12 +39,13 @@ std::string questionText(const ObjectList& files)
                       countText(files.size(), "file"), byteCountText(bytes));
 }
 
-nlohmann::json resultJson(const DeleteResult& result, const ObjectSelection& selection)
+nlohmann::json resultJson(const DeleteResult& result, const ObjectSelection& selection,
+                          const ObjectPaths& paths)
 {
     nlohmann::json deleted = nlohmann::json::array();
     nlohmann::json failed = nlohmann::json::array();
     for (const DeletedFile& file : result.files) {
-        nlohmann::json json = objectReference(*file.object);
+        nlohmann::json json = objectReference(*file.object, paths);
         if (!file.isDeleted)
             json["reason"] = file.failure;
         (file.isDeleted ? deleted : failed).push_back(std::move(json));
@@ -55,18 +57,29 @@ nlohmann::json resultJson(const DeleteResult& result, const ObjectSelection& sel
             {"notBegun", result.filesNotBegun}};
 }
 
+/// Tells that no deletion was tried.
+void reportNothing(CliEnvironment& environment, const CliOptions& options,
+                   const ObjectSelection& selection, const ObjectPaths& paths, bool isDeclined)
+{
+    const DeleteResult result{
+        .files = {}, .isStopped = isDeclined, .filesNotBegun = selection.files.size()};
+    if (options.isJson)
+        printJson(environment, resultJson(result, selection, paths));
+    complain(environment, "nothing was deleted");
+}
+
 ExitCode deleteSelection(CliEnvironment& environment, const CliOptions& options,
                          PTPCommunication& engine, const CameraContents& contents,
-                         const ObjectSelection& selection)
+                         const ObjectSelection& selection, const ObjectPaths& paths)
 {
     DeleteResult result;
     {
-        DeleteDisplay display(environment, options.isJson);
+        DeleteDisplay display(environment, paths, options.isJson);
         DeleteRun run(engine, environment.logger, contents.listing.handles, display);
         result = run.startDeletingItems(selection.files);
     }
     if (options.isJson)
-        printJson(environment, resultJson(result, selection));
+        printJson(environment, resultJson(result, selection, paths));
     else
         environment.out << "Deleted " << countText(result.deletedCount(), "file") << '\n';
     if (result.isStopped) {
@@ -99,16 +112,18 @@ ExitCode runDeleteCommand(CliEnvironment& environment, const CliOptions& options
 
     const ObjectSelection selection =
         selectForCommand(environment, contents.listing, options.words);
+    const ObjectPaths paths(contents.listing);
     if (!selection.isComplete() || selection.files.empty()) {
-        complain(environment, "nothing was deleted");
+        reportNothing(environment, options, selection, paths, false);
         return ExitCode::SomeFailed;
     }
-    if (!options.isYes && !confirm(environment, questionText(selection.files))) {
-        complain(environment, "nothing was deleted");
+    if (!options.isYes && !confirm(environment, questionText(selection.files, paths))) {
+        reportNothing(environment, options, selection, paths, true);
         return ExitCode::Stopped;
     }
-    return worse(contents.exitCode,
-                 deleteSelection(environment, options, session.engine(), contents, selection));
+    return worse(
+        contents.exitCode,
+        deleteSelection(environment, options, session.engine(), contents, selection, paths));
 }
 
 }  // namespace nivor

@@ -1,5 +1,6 @@
 #include "cli/DeleteDisplay.h"
 
+#include "cli/ObjectPaths.h"
 #include "cli/Output.h"
 #include "content/DeleteResult.h"
 
@@ -7,8 +8,9 @@
 
 namespace nivor {
 
-DeleteDisplay::DeleteDisplay(CliEnvironment& environment, bool isQuiet)
+DeleteDisplay::DeleteDisplay(CliEnvironment& environment, const ObjectPaths& paths, bool isQuiet)
     : environment_(environment)
+    , paths_(paths)
     , isQuiet_(isQuiet)
     , line_(environment)
 {
@@ -30,12 +32,12 @@ bool DeleteDisplay::isStopRequested()
 
 void DeleteDisplay::fileDidFinish(const DeletedFile& file)
 {
-    const std::string name = shownName(*file.object).toStdString();
+    const std::string path = paths_.shown(*file.object).toStdString();
     if (!file.isDeleted) {
         line_.clear();
-        complain(environment_, name + ": " + file.failure);
+        complain(environment_, path + ": " + file.failure);
     } else if (!environment_.isErrorTerminal && !isQuiet_) {
-        environment_.err << name << " deleted\n";
+        environment_.err << path << " deleted\n";
     }
 }
 

@@ -7,12 +7,14 @@
 
 namespace nivor {
 
+class ObjectPaths;
+
 /// On a terminal one line that follows the run; elsewhere one line per file. Failed files are
 /// named on either.
 class DeleteDisplay final : public DeleteRunObserver {
 public:
-    /// `isQuiet`: no line for a file that was deleted.
-    DeleteDisplay(CliEnvironment& environment, bool isQuiet);
+    /// `paths` must outlive the display. `isQuiet`: no line for a file that was deleted.
+    DeleteDisplay(CliEnvironment& environment, const ObjectPaths& paths, bool isQuiet);
 
     void fileWillBeDeleted(const ObjectInfoData& object, std::size_t number,
                            std::size_t total) override;
@@ -21,6 +23,7 @@ public:
 
 private:
     CliEnvironment& environment_;
+    const ObjectPaths& paths_;
     const bool isQuiet_;
     ProgressLine line_;
 };

@@ -9,6 +9,10 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <exception>
 #include <ostream>
 
@@ -70,6 +74,19 @@ void printDevice(std::ostream& out, const UsbDeviceReport& device)
     }
 }
 
+/// Why no log can be kept, in words; empty when it can. The run's first record has been tried by
+/// now, so the folder and the file are there if they can be made at all.
+std::string logProblem(const RollingLogger& logger)
+{
+    if (logger.saveDirectory().empty())
+        return "there is no folder for it";
+    for (const std::filesystem::path& path : {logger.saveDirectory(), logger.targetLogName()}) {
+        if (!path.empty() && ::access(path.c_str(), W_OK) != 0)
+            return "can't be written: " + std::string(std::strerror(errno));
+    }
+    return {};
+}
+
 void printText(CliEnvironment& environment, const CliOptions& options, const Findings& findings)
 {
     std::ostream& out = environment.out;
@@ -92,6 +109,9 @@ void printText(CliEnvironment& environment, const CliOptions& options, const Fin
             out << "  no device at all, or the USB can't be looked at\n";
     }
     out << "Log\n  " << environment.logger.saveDirectory().string() << '\n';
+    const std::string problem = logProblem(environment.logger);
+    if (!problem.empty())
+        out << "  " << problem << '\n';
     out << "Versions\n  NIVOR File Transfer " << environment.version << '\n';
     for (const auto& [name, version] : environment.libraryVersions)
         out << "  " << name << ' ' << version << '\n';
@@ -133,10 +153,12 @@ nlohmann::json findingsJson(const CliEnvironment& environment, const CliOptions&
     nlohmann::json versions = {{"NIVOR File Transfer", environment.version}};
     for (const auto& [name, version] : environment.libraryVersions)
         versions[name] = version;
+    const std::string problem = logProblem(environment.logger);
     return {{"cameras", cameras},
             {"vendorID", vendorText(options.vendorID)},
             {"usb", devices},
             {"logDirectory", environment.logger.saveDirectory().string()},
+            {"logProblem", problem.empty() ? nlohmann::json() : nlohmann::json(problem)},
             {"versions", versions}};
 }
 

@@ -12,18 +12,24 @@ namespace nivor {
 namespace {
 
 std::atomic<bool> isInterrupted{false};
+std::atomic<bool> isErrorTerminal{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
 
 extern "C" void noteSignal(int /*signal*/)
 {
-    if (isInterrupted.exchange(true))
-        ::_exit(static_cast<int>(ExitCode::Stopped));
+    if (!isInterrupted.exchange(true))
+        return;
+    // The shell's prompt should not stand behind the half of a progress line.
+    if (isErrorTerminal)
+        static_cast<void>(!::write(STDERR_FILENO, "\n", 1));
+    ::_exit(static_cast<int>(ExitCode::Stopped));
 }
 
 }  // namespace
 
 void InterruptFlag::install()
 {
+    isErrorTerminal = ::isatty(STDERR_FILENO) == 1;
     struct sigaction action = {};
     action.sa_handler = &noteSignal;
     // No SA_RESTART: a question that waits for an answer has to end.

@@ -35,7 +35,13 @@ bool ProgressLine::isDue() const
 
 void ProgressLine::show(const QString& name, const QString& details)
 {
-    if (!isDue())
+    if (isDue())
+        showAtOnce(name, details);
+}
+
+void ProgressLine::showAtOnce(const QString& name, const QString& details)
+{
+    if (!environment_.isErrorTerminal)
         return;
     lastDrawn_ = environment_.now();
     isVisible_ = true;

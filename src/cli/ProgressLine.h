@@ -29,6 +29,9 @@ public:
     /// Shows `name`, shortened to what the terminal's width leaves for it, and `details`.
     void show(const QString& name, const QString& details);
 
+    /// Shows it even if the line has only just been drawn.
+    void showAtOnce(const QString& name, const QString& details);
+
     /// Takes the line away, so that something else can be written in its place.
     void clear();
 

@@ -1,5 +1,6 @@
 #include "cli/Selecting.h"
 
+#include "cli/ObjectPaths.h"
 #include "cli/Output.h"
 #include "content/ObjectTree.h"
 #include "content/VisibleName.h"
@@ -38,10 +39,11 @@ nlohmann::json unmatchedWords(const ObjectSelection& selection)
     return array;
 }
 
-nlohmann::json objectReference(const ObjectInfoData& object)
+nlohmann::json objectReference(const ObjectInfoData& object, const ObjectPaths& paths)
 {
     return {{"handle", object.myHandle().toUInt()},
-            {"name", NVX_stringByTrimmingNullCharacters(object.fileName()).toStdString()}};
+            {"name", NVX_stringByTrimmingNullCharacters(object.fileName()).toStdString()},
+            {"path", paths.of(object).toStdString()}};
 }
 
 }  // namespace nivor

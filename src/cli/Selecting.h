@@ -11,6 +11,8 @@
 
 namespace nivor {
 
+class ObjectPaths;
+
 /// The files that `words` mean, or every file when there are none. Complains about each word that
 /// gives no file.
 ObjectSelection selectForCommand(CliEnvironment& environment, const ContentListing& listing,
@@ -19,7 +21,7 @@ ObjectSelection selectForCommand(CliEnvironment& environment, const ContentListi
 /// The words that gave no file, as JSON.
 nlohmann::json unmatchedWords(const ObjectSelection& selection);
 
-/// Handle and name of an object, as JSON.
-nlohmann::json objectReference(const ObjectInfoData& object);
+/// Handle, name and path of an object, as JSON.
+nlohmann::json objectReference(const ObjectInfoData& object, const ObjectPaths& paths);
 
 }  // namespace nivor

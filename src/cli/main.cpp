@@ -13,15 +13,37 @@
 
 #include <QtGlobal>
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <iostream>
 
 namespace {
 
 using namespace nivor;
+
+/// Otherwise the next file to be opened, such as a copied film, would become the standard stream
+/// that the caller has closed, and get the messages written into it.
+void occupyClosedStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // Opened the wrong way round, so that using it still fails. The number is the lowest free.
+        const int wrongWay = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        if (::fcntl(stream, F_GETFD) == -1 && errno == EBADF)
+            static_cast<void>(::open("/dev/null", wrongWay));
+    }
+}
+
+/// What Qt has to say, such as about a picture that can't be decoded, belongs in the log: on the
+/// terminal it would tear the progress line.
+void logMessageOfQt(QtMsgType /*type*/, const QMessageLogContext& context, const QString& message)
+{
+    RollingLogger::sharedManager().writeToFile(
+        "Qt", context.category == nullptr ? "default" : context.category, message.toStdString());
+}
 
 std::shared_ptr<UsbHost> makeHost(const SimulationChoice& simulation)
 {
@@ -60,6 +82,8 @@ int terminalWidth()
 
 int main(int argc, char* argv[])
 {
+    occupyClosedStreams();
+    qInstallMessageHandler(&logMessageOfQt);
     // A reader of the output that goes away is an error of the output, not the end of a transfer.
     std::signal(SIGPIPE, SIG_IGN);
     InterruptFlag::install();

@@ -1,5 +1,6 @@
 #include "content/CopyComparison.h"
 
+#include "content/CameraGone.h"
 #include "content/ComparingCallback.h"
 #include "content/CopyProgress.h"
 #include "content/CopyResult.h"
@@ -32,15 +33,9 @@ void prepare(const CopyResult& result, CopyProgress& progress)
     progress.setCopiedSize(0);
 }
 
-std::string failureOf(const ComparingCallback& comparing, bool isComplete,
-                      const TransactionFailure& failure)
+std::string notComparedText(const std::string& reason)
 {
-    if (const auto difference = comparing.difference())
-        return fmt::format("the copy differs from the camera's file, from byte {} on", *difference);
-    if (isComplete)
-        return {};
-    const std::string text = failure.toText();
-    return "could not be compared: " + (text.empty() ? "the camera did not send it" : text);
+    return "could not be compared: " + (reason.empty() ? "the camera did not send it" : reason);
 }
 
 }  // namespace
@@ -54,63 +49,87 @@ CopyComparison::CopyComparison(PTPCommunication& engine, RollingLogger& logger, 
 {
 }
 
-std::size_t CopyComparison::compareCopies(CopyResult& result,
-                                          const std::shared_ptr<CopyProgress>& progress)
+CopyComparisonResult CopyComparison::compareCopies(CopyResult& result,
+                                                   const std::shared_ptr<CopyProgress>& progress)
 {
     constexpr Selector selector{"compareCopies:progress:"};
     prepare(result, *progress);
     observer_.copyWillBegin(*progress);
 
-    std::size_t same = 0;
+    CopyComparisonResult comparison{
+        .outcomes = std::vector<Outcome>(result.files.size(), Outcome::NotCompared)};
     bool isAllSame = true;
-    for (CopiedFile& file : result.files) {
+    for (std::size_t i = 0; i < result.files.size(); ++i) {
+        CopiedFile& file = result.files[i];
         if (!file.isCopied)
             continue;
         result.isStopped = result.isStopped || observer_.isStopRequested();
         if (result.isStopped)
             break;
-        compareFile(file, result, progress);
+        comparison.outcomes[i] = compareFile(file, result, progress);
         // What a stop cut short was neither found to be the same nor to differ.
-        if (result.isStopConfirmed)
+        if (result.isStopConfirmed && comparison.outcomes[i] == Outcome::NotCompared) {
+            file.failure.clear();
             break;
+        }
         file.isCopied = file.failure.empty();
-        same += file.isCopied ? 1U : 0U;
         isAllSame = isAllSame && file.isCopied;
         observer_.fileDidFinish(file, *progress);
     }
     engine_.stopCopyFlgInit();
     logger_.writeToFile("CopyComparison", selector.text(),
                         fmt::format("compareCopies (result = {}, same = {} / {})",
-                                    resultText(isAllSame && !result.isStopped), same,
+                                    resultText(isAllSame && !result.isStopped),
+                                    comparison.count(Outcome::Same),
                                     progress->numberOfTotalItems()));
-    return same;
+    return comparison;
 }
 
-void CopyComparison::compareFile(CopiedFile& file, CopyResult& result,
-                                 const std::shared_ptr<CopyProgress>& progress)
+CopyComparisonResult::Outcome CopyComparison::compareFile(
+    CopiedFile& file, CopyResult& result, const std::shared_ptr<CopyProgress>& progress)
 {
     progress->setSourceFile(NVX_stringByTrimmingNullCharacters(file.object->fileName()));
     progress->setNumberOfCopiedItems(progress->numberOfCopiedItems() + 1);
+    if (isCameraGone_) {
+        file.failure = notComparedText(cameraGoneText);
+        return Outcome::NotCompared;
+    }
 
+    Outcome outcome = Outcome::NotCompared;
+    runPolled([&] { outcome = receive(file, progress); },
+              [&] {
+                  stopIfRequested(result);
+                  observer_.copyIsUnderWay(*progress);
+              });
+    return outcome;
+}
+
+/// On the worker: fetches the object and holds it against the file.
+CopyComparisonResult::Outcome CopyComparison::receive(CopiedFile& file,
+                                                      const std::shared_ptr<CopyProgress>& progress)
+{
     const HandleBlock handle = handles_.value(file.object->myHandle());
-    const auto compare = [&] {
-        ComparingCallback comparing(file.path, progress);
-        const bool isComplete =
-            engine_.getObject(handle, file.object->objectCompressedSize(), nullptr, &comparing);
-        try {
-            if (isComplete)
-                comparing.finish();
-            file.failure = failureOf(comparing, isComplete, engine_.lastTransactionFailure());
-        } catch (const std::exception& error) {
-            file.failure = error.what();
-        }
-    };
-    runPolled(compare, [&] {
-        stopIfRequested(result);
-        observer_.copyIsUnderWay(*progress);
-    });
-    if (result.isStopConfirmed)
-        file.failure.clear();
+    ComparingCallback comparing(file.path, progress);
+    const bool isComplete =
+        engine_.getObject(handle, file.object->objectCompressedSize(), nullptr, &comparing);
+    try {
+        if (isComplete)
+            comparing.finish();
+    } catch (const std::exception& error) {
+        file.failure = notComparedText(error.what());
+        return Outcome::NotCompared;
+    }
+    if (const auto difference = comparing.difference()) {
+        file.failure =
+            fmt::format("the copy differs from the camera's file, from byte {} on", *difference);
+        return Outcome::Different;
+    }
+    if (isComplete)
+        return Outcome::Same;
+    const TransactionFailure failure = engine_.lastTransactionFailure();
+    isCameraGone_ = isCameraGone(failure);
+    file.failure = notComparedText(failure.toText());
+    return Outcome::NotCompared;
 }
 
 void CopyComparison::stopIfRequested(CopyResult& result)

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "content/ContentListing.h"
+#include "content/CopyComparisonResult.h"
 
-#include <cstddef>
 #include <memory>
 
 namespace nivor {
@@ -23,21 +23,27 @@ public:
     CopyComparison(PTPCommunication& engine, RollingLogger& logger, HandlesDict handles,
                    CopyRunObserver& observer);
 
-    /// Compares every file that `result` calls copied, in order, and answers how many are the same
-    /// to the last byte. A file that isn't, or that could not be compared, is not copied any more
-    /// and has its failure told; nothing is removed. A stop is noted in `result`, and the files
-    /// behind it stay as they are.
-    std::size_t compareCopies(CopyResult& result, const std::shared_ptr<CopyProgress>& progress);
+    /// Compares every file that `result` calls copied, in order, to the last byte. A file that
+    /// differs, or that could not be compared, is not copied any more and has its failure told;
+    /// nothing is removed. Once the camera is gone it is not asked any more. A stop is noted in
+    /// `result`, and the files behind it stay as they are.
+    CopyComparisonResult compareCopies(CopyResult& result,
+                                       const std::shared_ptr<CopyProgress>& progress);
 
 private:
-    void compareFile(CopiedFile& file, CopyResult& result,
-                     const std::shared_ptr<CopyProgress>& progress);
+    using Outcome = CopyComparisonResult::Outcome;
+
+    Outcome compareFile(CopiedFile& file, CopyResult& result,
+                        const std::shared_ptr<CopyProgress>& progress);
+    Outcome receive(CopiedFile& file, const std::shared_ptr<CopyProgress>& progress);
     void stopIfRequested(CopyResult& result);
 
     PTPCommunication& engine_;
     RollingLogger& logger_;
     const HandlesDict handles_;
     CopyRunObserver& observer_;
+
+    bool isCameraGone_ = false;
 };
 
 }  // namespace nivor

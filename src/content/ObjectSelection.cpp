@@ -39,29 +39,39 @@ QString trimmedPath(QString path)
     qsizetype slashes = 0;
     while (slashes < path.size() && path.at(slashes) == u'/')
         ++slashes;
-    return path.mid(slashes).normalized(QString::NormalizationForm_C);
+    return path.mid(slashes);
+}
+
+/// The nodes whose `text` is `wanted`, or else those for which it looks the same: one name may be
+/// written in several ways, and a card may hold two files whose names differ in nothing else.
+std::vector<std::size_t> indexesCalled(const Nodes& nodes, const QString& wanted,
+                                       QString ObjectTree::Node::*text)
+{
+    const auto exact =
+        indexesWhere(nodes, [&](const ObjectTree::Node& node) { return node.*text == wanted; });
+    if (!exact.empty())
+        return exact;
+    const QString normalized = wanted.normalized(QString::NormalizationForm_C);
+    return indexesWhere(nodes, [&](const ObjectTree::Node& node) {
+        return (node.*text).normalized(QString::NormalizationForm_C) == normalized;
+    });
 }
 
 std::vector<std::size_t> indexesOf(const Nodes& nodes, const QString& word)
 {
     if (word.contains(u'/')) {
         const QString path = trimmedPath(word);
-        const auto exact = indexesWhere(nodes, [&path](const ObjectTree::Node& node) {
-            return node.path.normalized(QString::NormalizationForm_C) == path;
-        });
-        if (!exact.empty())
-            return exact;
+        const auto called = indexesCalled(nodes, path, &ObjectTree::Node::path);
+        if (!called.empty())
+            return called;
         return indexesWhere(nodes, [glob = FileGlob(path)](const ObjectTree::Node& node) {
             return glob.matchesPath(node.path);
         });
     }
 
-    const QString name = word.normalized(QString::NormalizationForm_C);
-    const auto exact = indexesWhere(nodes, [&name](const ObjectTree::Node& node) {
-        return node.name.normalized(QString::NormalizationForm_C) == name;
-    });
-    if (!exact.empty())
-        return exact;
+    const auto called = indexesCalled(nodes, word, &ObjectTree::Node::name);
+    if (!called.empty())
+        return called;
     const QString key = handleKey(word);
     const auto byHandle = indexesWhere(nodes, [&key](const ObjectTree::Node& node) {
         return !key.isEmpty() && node.object->myHandle() == key;

@@ -24,9 +24,10 @@ struct ObjectSelection {
 /// Selects by name, path, handle or pattern.
 ///
 /// A word without '/' is held against the names, one with '/' against the paths. It means the
-/// objects that are called exactly that; if there are none, the object with that handle (decimal,
-/// or hexadecimal after "0x"); if there is none either, those that match it as a pattern
-/// (`FileGlob`). A folder stands for all the files in it, at any depth.
+/// objects that are called exactly that; if there are none, those whose name is only composed
+/// otherwise of the same characters; then the object with that handle (decimal, or hexadecimal
+/// after "0x"); if there is none either, those that match it as a pattern (`FileGlob`). A folder
+/// stands for all the files in it, at any depth.
 ObjectSelection selectObjects(const ObjectTree& tree, const QStringList& words);
 
 }  // namespace nivor

@@ -156,7 +156,7 @@ TEST_F(Copy, AFolderThatMayNotBeWrittenIsTheReason)
     const OrdinaryUser ordinary;
     const RunResult result = run({"copy", folder(), "*.MOV"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.err, HasSubstr("nivor: IMG_0002.MOV: "));
+    EXPECT_THAT(result.err, HasSubstr("nivor: DCIM/100NIVOR/IMG_0002.MOV: "));
     EXPECT_THAT(result.err, HasSubstr("Permission denied"));
 }
 
@@ -233,7 +233,8 @@ TEST_F(Copy, NamesACopyThatDiffersFromTheCamera)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.err,
                 HasSubstr("B.JPG: the copy differs from the camera's file, from byte 0 on"));
-    EXPECT_THAT(result.out, HasSubstr("Compared with the camera: 1 of 2 files the same"));
+    EXPECT_THAT(result.out, HasSubstr("Compared 2 files with the camera: 1 the same, 1 different"));
+    EXPECT_THAT(result.err, HasSubstr("nivor: 1 file differs\n"));
 }
 
 TEST_F(Copy, ADifferingCopyIsAmongTheFailedInJson)
@@ -247,6 +248,43 @@ TEST_F(Copy, ADifferingCopyIsAmongTheFailedInJson)
     EXPECT_THAT(report["copied"], IsEmpty());
     EXPECT_EQ(report["failed"][0]["reason"],
               "the copy differs from the camera's file, from byte 0 on");
+    EXPECT_EQ(report["failed"][0]["verified"], false);
+}
+
+TEST_F(Copy, TheJsonTellsWhatIsVerified)
+{
+    addUsualCard();
+    attach();
+    const json verified = json::parse(run({"copy", folder(), "--verify", "--json"}).out);
+    EXPECT_EQ(verified["copied"][0]["verified"], true);
+    EXPECT_EQ(verified["copied"][0]["path"], "DCIM/100NIVOR/IMG_0001.JPG");
+    const json unverified = json::parse(run({"copy", folder(), "--json"}).out);
+    EXPECT_TRUE(unverified["copied"][0]["verified"].is_null());
+}
+
+TEST_F(Copy, WhatWasNotCopiedAndWhatDiffersAreCountedApart)
+{
+    card->addFile(u"EMPTY.TXT", 0);
+    card->addFile(u"A.JPG", 1000);
+    card->addFile(u"B.JPG", 5);
+    attachWith(
+        FaultPlan().on(OperationCode::GetObject, answerWith({1, 2, 3, 4, 5}), Occurrences::nth(5)));
+    const RunResult result = run({"copy", folder(), "--verify"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("nivor: 1 file could not be copied; 1 file differs\n"));
+}
+
+TEST_F(Copy, ACameraThatVanishesWhileComparingLeavesTheRestNotCompared)
+{
+    for (const char16_t* name : {u"1", u"2", u"3"})
+        card->addFile(name, 1'000'000);
+    attachWith(FaultPlan().on(OperationCode::GetObject, fault::Vanish{.afterBytes = 300'000},
+                              Occurrences::nth(5)));
+    const RunResult result = run({"copy", folder(), "--verify"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.out, HasSubstr("Compared 1 of 3 files with the camera, all the same\n"));
+    EXPECT_THAT(result.err, HasSubstr("nivor: 3: could not be compared: the camera is gone\n"));
+    EXPECT_THAT(result.err, HasSubstr("nivor: 2 files could not be compared\n"));
 }
 
 TEST_F(Copy, CtrlCWhileComparingSaysSo)
@@ -258,7 +296,26 @@ TEST_F(Copy, CtrlCWhileComparingSaysSo)
     EXPECT_EQ(result.exitCode, 5);
     EXPECT_THAT(result.err,
                 HasSubstr("stopped; the camera confirmed it; not everything is compared"));
+    EXPECT_THAT(result.out, HasSubstr("Compared 0 of 1 file with the camera\n"));
     EXPECT_TRUE(isCopied("1.MOV", 1, 2'000'000));
+}
+
+TEST_F(Copy, OnATerminalCtrlCIsAnsweredAtOnce)
+{
+    card->addFile(u"1.MOV", 2'000'000);
+    attach({.pace = {.megabytesPerSecond = 4}});
+    isErrorTerminal = true;
+    interruptAfter(500'000);
+    const RunResult result = run({"copy", folder()});
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_THAT(result.err, HasSubstr("\rStopping…\x1b[K"));
+}
+
+TEST_F(Copy, AShortCopyHasNoRate)
+{
+    card->addFile(u"1.JPG", 1000);
+    attach();
+    EXPECT_THAT(run({"copy", folder()}).out, ::testing::EndsWith(" in 0:00\n"));
 }
 
 TEST_F(Copy, AVanishedCameraFailsTheRestQuickly)
@@ -287,6 +344,8 @@ TEST_F(Copy, AsJson)
     EXPECT_EQ(report["copied"],
               json::array({{{"handle", film},
                             {"name", "IMG_0002.MOV"},
+                            {"path", "DCIM/100NIVOR/IMG_0002.MOV"},
+                            {"verified", nullptr},
                             {"file", folder() + "/IMG_0002.MOV"},
                             {"size", 2'500'000}}}));
     ASSERT_EQ(report["failed"].size(), 1U);
@@ -303,6 +362,7 @@ TEST_F(Copy, AnEmptyCardIsNoFailure)
     const RunResult result = run({"copy", folder()});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.err, HasSubstr("there is no file on the camera"));
+    EXPECT_THAT(result.out, IsEmpty());
 }
 
 TEST_F(Copy, OnATerminalOneLineFollowsTheCopy)

@@ -24,7 +24,8 @@ TEST_F(Delete, WithYesNobodyIsAsked)
     const RunResult result = run({"delete", "IMG_0001.JPG", "--yes"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out, "Deleted 2 files\n");
-    EXPECT_EQ(result.err, "IMG_0001.JPG deleted\nIMG_0001.JPG deleted\n");
+    EXPECT_EQ(result.err,
+              "DCIM/100NIVOR/IMG_0001.JPG deleted\nDCIM/101NIVOR/IMG_0001.JPG deleted\n");
     EXPECT_FALSE(card->object(firstPicture));
     EXPECT_TRUE(card->object(film));
     EXPECT_THAT(log.messagesOf("AppDelegate startDeletingItems:"),
@@ -53,7 +54,7 @@ TEST_F(Delete, OnATerminalTheUserDecides)
         const RunResult result = run({"delete", "*.MOV"});
         EXPECT_EQ(result.exitCode, 5) << answer;
         EXPECT_THAT(result.err, HasSubstr("Delete 1 file (2.5 MB) from the camera?"));
-        EXPECT_THAT(result.err, HasSubstr("  IMG_0002.MOV\n"));
+        EXPECT_THAT(result.err, HasSubstr("  DCIM/100NIVOR/IMG_0002.MOV\n"));
         EXPECT_THAT(result.err, HasSubstr("nothing was deleted"));
         EXPECT_THAT(result.out, IsEmpty());
     }
@@ -101,8 +102,9 @@ TEST_F(Delete, ARefusalIsNamedAndTheOthersGo)
                               Occurrences::nth(2)));
     const RunResult result = run({"delete", "DCIM", "-y"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.err,
-                HasSubstr("nivor: IMG_0002.MOV: the camera refused: Object WriteProtected"));
+    EXPECT_THAT(
+        result.err,
+        HasSubstr("nivor: DCIM/100NIVOR/IMG_0002.MOV: the camera refused: Object WriteProtected"));
     EXPECT_THAT(result.err, HasSubstr("1 file could not be deleted"));
     EXPECT_EQ(result.out, "Deleted 2 files\n");
     EXPECT_TRUE(card->object(film));
@@ -117,9 +119,39 @@ TEST_F(Delete, AsJson)
     EXPECT_EQ(result.exitCode, 1);
     const json report = json::parse(result.out);
     EXPECT_EQ(report["deleted"],
-              json::array({{{"handle", secondPicture}, {"name", "IMG_0001.JPG"}}}));
+              json::array({{{"handle", secondPicture},
+                            {"name", "IMG_0001.JPG"},
+                            {"path", "DCIM/101NIVOR/IMG_0001.JPG"}}}));
     EXPECT_EQ(report["failed"][0]["handle"], firstPicture);
     EXPECT_EQ(report["stopped"], false);
+}
+
+TEST_F(Delete, WhenAWordMatchesNothingTheJsonSaysSo)
+{
+    addUsualCard();
+    attach();
+    const RunResult result = run({"delete", "-y", "--json", "*.MOV", "NOPE"});
+    EXPECT_EQ(result.exitCode, 1);
+    const json report = json::parse(result.out);
+    EXPECT_EQ(report["deleted"], json::array());
+    EXPECT_EQ(report["failed"], json::array());
+    EXPECT_EQ(report["unmatched"], json::array({"NOPE"}));
+    EXPECT_EQ(report["stopped"], false);
+    EXPECT_EQ(report["notBegun"], 1);
+    EXPECT_EQ(deletions(), 0U);
+}
+
+TEST_F(Delete, OfTwoNamesThatLookTheSameOnlyTheTypedOneGoes)
+{
+    const std::uint32_t composed = card->addFile(u"\u00e9.txt", 1);
+    const std::uint32_t decomposed = card->addFile(u"e\u0301.txt", 1);
+    attach();
+    EXPECT_EQ(run({"delete", "-y", "\u00e9.txt"}).exitCode, 0);
+    EXPECT_FALSE(card->object(composed));
+    EXPECT_TRUE(card->object(decomposed));
+    // With nothing called exactly so, the other spelling is meant.
+    EXPECT_EQ(run({"delete", "-y", "\u00e9.txt"}).exitCode, 0);
+    EXPECT_FALSE(card->object(decomposed));
 }
 
 TEST_F(Delete, CtrlCEndsTheRunBetweenFiles)

@@ -67,6 +67,14 @@ TEST_F(Doctor, WorksWithoutACamera)
     EXPECT_THAT(result.out, HasSubstr("libusb 1.0.26"));
 }
 
+TEST_F(Doctor, SaysWhenThereCanBeNoLog)
+{
+    EXPECT_TRUE(json::parse(run({"doctor", "--json"}).out)["logProblem"].is_null());
+    writeText(destination.path() / "file", "mine");
+    const RunResult result = run({"doctor", "--log-directory", folder() + "/file/below"});
+    EXPECT_THAT(result.out, HasSubstr("/file/below\n  can't be written: Not a directory\n"));
+}
+
 TEST_F(Doctor, ShowsWhoHoldsACameraAndWhoMayOpenIt)
 {
     attach();

@@ -100,6 +100,40 @@ TEST_F(Program, CtrlCStopsACopyAndTheCameraConfirms)
     EXPECT_THAT(output, HasSubstr("the camera confirmed it"));
 }
 
+TEST_F(Program, AClosedErrorStreamDoesNotBecomeAFile)
+{
+    EXPECT_EQ(shell("$NIVOR copy --simulate --simulate-pace 2 " + folder.path().string()
+                    + " 2>&- & pid=$!; for i in $(seq 100); do ls " + folder.path().string()
+                    + " | grep -q . && break; sleep 0.1; done; readlink /proc/$pid/fd/2;"
+                      " kill -TERM $pid; wait $pid"),
+              5);
+    EXPECT_THAT(output, HasSubstr("/dev/null\n"));
+}
+
+TEST_F(Program, WhatQtComplainsAboutGoesIntoTheLog)
+{
+    // The beginning of a picture, and then nothing that belongs to one.
+    const std::string card = folder.path().string() + "/card";
+    ASSERT_EQ(shell("mkdir " + card
+                    + " && printf '\\377\\330\\377\\340\\0\\020JFIF\\0\\1\\1\\0\\0\\1"
+                      "\\0\\1\\0\\0\\377\\300junkjunkjunk' > "
+                    + card + "/BAD.JPG"),
+              0);
+    EXPECT_EQ(shell("$NIVOR --simulate=" + card + " list >/dev/null"), 0);
+    EXPECT_THAT(output, IsEmpty());
+}
+
+TEST_F(Program, TheSecondCtrlCLeavesTheTerminalsLine)
+{
+    EXPECT_EQ(
+        shell("script -qec \"env --default-signal=INT $NIVOR copy --simulate --simulate-pace 1 "
+              + folder.path().string()
+              + " & pid=\\$!; sleep 1; kill -STOP \\$pid; kill -INT \\$pid; kill -TERM \\$pid;"
+                " kill -CONT \\$pid; wait \\$pid\" /dev/null </dev/null"),
+        5);
+    EXPECT_TRUE(output.ends_with("\n")) << output;
+}
+
 TEST_F(Program, DoctorWorksWithoutAnyUsb)
 {
     EXPECT_EQ(shell("$NIVOR doctor"), 0);

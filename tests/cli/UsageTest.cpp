@@ -106,6 +106,8 @@ TEST(CommandLineParser, WhatMakesNoSenseIsAUsageError)
         {"list", "--simulate="},
         {"list", "--simulate-writable"},
         {"list", "--simulate", "--simulate-pace", "-3"},
+        {"list", "--simulate", "--simulate-pace", "nan"},
+        {"list", "--verify"},
     };
     for (const auto& line : lines) {
         const auto parsed = parse(line);
@@ -119,10 +121,55 @@ TEST(CommandLineParser, WhatMakesNoSenseIsAUsageError)
 
 TEST(CommandLineParser, AMissingCommandIsAskedFor)
 {
-    for (const char* word : {"frobnicate", "--json"})
-        EXPECT_THAT(parse({word}).error, HasSubstr("There are devices, list, copy"));
+    EXPECT_THAT(parse({"--json"}).error, HasSubstr("There are devices, list, copy"));
+    EXPECT_THAT(parse({"--vendor-id", "any", "frob"}).error,
+                HasSubstr("'frob' is no command; there are devices, list, copy"));
     EXPECT_THAT(parse({"copy"}).error, HasSubstr("DEST is required"));
     EXPECT_THAT(parse({"list", "surplus"}).error, HasSubstr("not expected: surplus\n"));
+}
+
+TEST(CommandLineParser, AnEmptyValueDoesNotSwallowTheNextWord)
+{
+    for (const char* option : {"--log-directory=", "--vendor-id=", "--simulate-pace="}) {
+        for (const auto& parsed :
+             {parse({option, "--simulate", "list"}), parse({"list", option})}) {
+            EXPECT_FALSE(parsed.options);
+            EXPECT_EQ(parsed.exitCode, ExitCode::Usage);
+            EXPECT_THAT(parsed.error,
+                        HasSubstr(std::string("nivor: ") + option + " needs a value"));
+        }
+    }
+    EXPECT_THAT(parse({"--simulate=", "list"}).error, HasSubstr("--simulate= needs a folder"));
+    EXPECT_THAT(parse({"--log-directory", "", "list"}).error,
+                HasSubstr("--log-directory needs a value"));
+    EXPECT_THAT(parse({"--log-directory", "--simulate", "list"}).error,
+                HasSubstr("--log-directory needs a folder before --simulate"));
+    EXPECT_TRUE(parse({"delete", "--", "--log-directory="}).options);
+    EXPECT_TRUE(parse({"list", "--log-directory", "./--x"}).options);
+}
+
+TEST(CommandLineParser, VerifyStandsBeforeOrAfterItsCommand)
+{
+    for (const auto& parsed :
+         {parse({"--verify", "copy", "dest"}), parse({"copy", "--verify", "dest"}),
+          parse({"copy", "dest", "--verify"})}) {
+        ASSERT_TRUE(parsed.options) << parsed.error;
+        EXPECT_TRUE(parsed.options->isVerify);
+    }
+    EXPECT_THAT(parse({"--verify", "list"}).error, HasSubstr("goes with the command copy only"));
+}
+
+TEST(CommandLineParser, AnEmptyDestinationIsAUsageError)
+{
+    EXPECT_THAT(parse({"copy", ""}).error, HasSubstr("DEST is empty"));
+}
+
+TEST(CommandLineParser, APaceThatIsNoneIsToldInWords)
+{
+    EXPECT_THAT(parse({"list", "--simulate-pace=abc"}).error, HasSubstr("'abc' is no pace"));
+    const auto parsed = parse({"list", "--simulate-pace=2.5"});
+    ASSERT_TRUE(parsed.options) << parsed.error;
+    EXPECT_DOUBLE_EQ(parsed.options->simulation.pace, 2.5);
 }
 
 TEST(CommandLineParser, HelpAndVersionGoToTheOutput)

@@ -84,6 +84,11 @@ fetch_kernel_package() {
     packages=("$folder"/linux-image-*.deb)
     if [[ ! -f ${packages[0]} ]]; then
         name=$(kernel_package_name)
+        if [[ -z $name && $EUID -eq 0 ]]; then
+            # A fresh machine has no lists of packages.
+            apt-get -qq update >/dev/null || true
+            name=$(kernel_package_name)
+        fi
         [[ -n $name ]] || die "apt knows no linux-image-amd64 (run apt-get update)"
         note "fetching $name"
         (cd "$folder/partial" && rm -f -- *.deb && apt-get -qq -o APT::Sandbox::User=root download "$name") \

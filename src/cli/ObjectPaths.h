@@ -1,0 +1,27 @@
+/// Where the objects of a listing stand, in words.
+#pragma once
+
+#include "content/ContentListing.h"
+
+#include <QHash>
+#include <QString>
+
+namespace nivor {
+
+/// Reads the listing when it is made; what changes in it afterwards is not noticed.
+class ObjectPaths {
+public:
+    explicit ObjectPaths(const ContentListing& listing);
+
+    /// Names joined by '/', such as "DCIM/100NIVOR/IMG_0001.JPG"; of an object that is not in the
+    /// listing only its name.
+    [[nodiscard]] QString of(const ObjectInfoData& object) const;
+
+    /// The same with nothing in it that could steer a terminal.
+    [[nodiscard]] QString shown(const ObjectInfoData& object) const;
+
+private:
+    QHash<const ObjectInfoData*, QString> paths_;
+};
+
+}  // namespace nivor
