@@ -26,8 +26,9 @@ Exit status: 0 done, 1 some file failed, 2 wrong usage, 3 no camera,
 const char* const selectionFooter = R"(
 A NAME without '/' is held against the names of files and folders, one with '/' against
 their paths (DCIM/100NIVOR/IMG_0001.JPG). It may be a pattern: '*' stands for any
-characters, '?' for one, [a-z] for one of a set, and a whole path component ** for any
-folders. A handle, as the list shows it, does as well (decimal, or 0x and hexadecimal).
+characters, '?' for one, [a-z] for one of a set, [!a-z] for one outside it, and a whole
+path component ** for any folders. A handle, as the list shows it, does as well (decimal,
+or 0x and hexadecimal). What is a name as it stands is taken for that name.
 A folder stands for all the files in it, at any depth.
 )";
 
@@ -90,7 +91,8 @@ public:
         app_.description(programDescription);
         app_.footer(programFooter);
         app_.require_subcommand(1);
-        app_.set_help_flag("-h,--help", "Show what there is to say, and exit");
+        app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+        app_.set_help_flag("-h,--help", "Show this help, and exit");
         app_.set_version_flag("--version", versionText, "Show the versions, and exit");
         addOptions();
         addCommands();
@@ -176,7 +178,8 @@ private:
     {
         CLI::App* subcommand = app_.add_subcommand(name, description);
         subcommand->fallthrough();
-        subcommand->footer("\nSee nivor --help for the options.");
+        subcommand->group("Commands");
+        subcommand->footer("\nSee nivor --help for the options, such as --json and --simulate.");
         subcommand->callback([this, command] { options_.command = command; });
         return subcommand;
     }
