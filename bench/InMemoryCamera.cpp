@@ -6,6 +6,7 @@
 #include "codes/StillImageClass.h"
 #include "foundation/ByteReader.h"
 #include "foundation/ByteWriter.h"
+#include "foundation/SpinUntil.h"
 
 #include <algorithm>
 #include <cstring>
@@ -74,6 +75,7 @@ UsbResult InMemoryInterface::writePipe(ByteView bytes)
     }
     response_ = header(containerHeaderSize, ContainerType::Response,
                        static_cast<std::uint16_t>(ResponseCode::OK));
+    isAnswerReady_ = true;
     commanded_.notify_all();
     return UsbResult::Success;
 }
@@ -81,6 +83,7 @@ UsbResult InMemoryInterface::writePipe(ByteView bytes)
 UsbResult InMemoryInterface::readPipe(std::span<std::uint8_t> buffer, std::size_t& received,
                                       const UsbTimeouts& timeouts)
 {
+    spinUntil([this] { return isAnswerReady_.load(); });
     std::unique_lock guard(mutex_);
     if (!commanded_.wait_for(guard, timeouts.noData, [this] { return !response_.empty(); })) {
         received = 0;
@@ -96,6 +99,7 @@ std::size_t InMemoryInterface::produce(std::span<std::uint8_t> buffer)
         const std::size_t size = response_.size();
         std::copy(response_.begin(), response_.end(), buffer.begin());
         response_.clear();
+        isAnswerReady_ = false;
         return size;
     }
     std::size_t filled = std::min(buffer.size(), head_.size() - headOffset_);

@@ -3,6 +3,7 @@
 
 #include "usb/UsbHost.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
@@ -27,6 +28,7 @@ private:
 
     std::mutex mutex_;
     std::condition_variable commanded_;
+    std::atomic<bool> isAnswerReady_{false};
     ByteBuffer head_;             ///< first bytes of the data container
     std::uint64_t bodyLeft_ = 0;  ///< object bytes behind the head
     ByteBuffer response_;

@@ -1,5 +1,7 @@
 #include "foundation/OperationQueue.h"
 
+#include "foundation/SpinUntil.h"
+
 #include <utility>
 
 namespace nivor {
@@ -20,6 +22,7 @@ void OperationQueue::addOperation(std::function<void()> operation)
     {
         const std::lock_guard guard(mutex_);
         waiting_.push_back(std::move(operation));
+        ++unfinished_;
         if (!thread_.joinable())
             thread_ = std::thread(&OperationQueue::run, this);
     }
@@ -28,26 +31,32 @@ void OperationQueue::addOperation(std::function<void()> operation)
 
 void OperationQueue::waitUntilAllOperationsAreFinished()
 {
+    const auto isIdle = [this] { return unfinished_ == 0; };
+    if (spinUntil(isIdle))
+        return;
     std::unique_lock guard(mutex_);
-    changed_.wait(guard, [this] { return waiting_.empty() && !running_; });
+    changed_.wait(guard, isIdle);
 }
 
 void OperationQueue::run()
 {
-    std::unique_lock guard(mutex_);
+    const auto hasWork = [this] { return ending_ || unfinished_ > 0; };
     for (;;) {
-        changed_.wait(guard, [this] { return ending_ || !waiting_.empty(); });
+        // The next operation often follows at once.
+        spinUntil(hasWork);
+        std::unique_lock guard(mutex_);
+        changed_.wait(guard, hasWork);
         if (waiting_.empty())
             return;
         {
             const std::function<void()> operation = std::move(waiting_.front());
             waiting_.pop_front();
-            running_ = true;
             guard.unlock();
             operation();
         }
         guard.lock();
-        running_ = false;
+        --unfinished_;
+        guard.unlock();
         changed_.notify_all();
     }
 }

@@ -1,7 +1,9 @@
 /// A worker thread of its own that runs the operations added to it, in order.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -31,8 +33,9 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::function<void()>> waiting_;
-    bool running_ = false;
-    bool ending_ = false;
+    // Both change under the mutex only; they are atomic to be looked at without it.
+    std::atomic<std::size_t> unfinished_{0};  ///< operations waiting or running
+    std::atomic<bool> ending_{false};
     std::thread thread_;
 };
 

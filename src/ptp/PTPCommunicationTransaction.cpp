@@ -7,6 +7,7 @@
 #include "foundation/ByteReader.h"
 #include "foundation/ByteWriter.h"
 #include "foundation/ResultText.h"
+#include "foundation/SpinUntil.h"
 #include "ptp/CommandContainer.h"
 #include "ptp/PTPCommunication.h"
 
@@ -144,9 +145,11 @@ PTPCommunication::StopReason PTPCommunication::waitForReception(OperationQueue& 
 // True when the whole step has passed; false when the loop has ended or a stop came.
 bool PTPCommunication::waitOneStep()
 {
+    const auto isOver = [this] { return isReceivedFinish() || isStopCopyFlg(); };
+    if (spinUntil(isOver))
+        return false;
     std::unique_lock guard(wakeMutex_);
-    return !wake_.wait_for(guard, waitingStep,
-                           [this] { return isReceivedFinish() || isStopCopyFlg(); });
+    return !wake_.wait_for(guard, waitingStep, isOver);
 }
 
 void PTPCommunication::wakeWaitingThread()
