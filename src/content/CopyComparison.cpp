@@ -5,6 +5,7 @@
 #include "content/CopyProgress.h"
 #include "content/CopyResult.h"
 #include "content/CopyRunObserver.h"
+#include "content/CopyStop.h"
 #include "content/PolledOperation.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
@@ -98,7 +99,7 @@ CopyComparisonResult::Outcome CopyComparison::compareFile(
     Outcome outcome = Outcome::NotCompared;
     runPolled([&] { outcome = receive(file, progress); },
               [&] {
-                  stopIfRequested(result);
+                  stopIfRequested(engine_, observer_, result);
                   observer_.copyIsUnderWay(*progress);
               });
     return outcome;
@@ -130,17 +131,6 @@ CopyComparisonResult::Outcome CopyComparison::receive(CopiedFile& file,
     isCameraGone_ = isCameraGone(failure);
     file.failure = notComparedText(failure.toText());
     return Outcome::NotCompared;
-}
-
-void CopyComparison::stopIfRequested(CopyResult& result)
-{
-    if (result.isStopped || !observer_.isStopRequested())
-        return;
-    result.isStopped = true;
-    result.isCancelSent = true;
-    engine_.cancelTransaction();
-    result.isStopConfirmed = engine_.isStopCopyFlg();
-    observer_.copyWasStopped(result.isStopConfirmed);
 }
 
 }  // namespace nivor

@@ -36,7 +36,6 @@ private:
     Outcome compareFile(CopiedFile& file, CopyResult& result,
                         const std::shared_ptr<CopyProgress>& progress);
     Outcome receive(CopiedFile& file, const std::shared_ptr<CopyProgress>& progress);
-    void stopIfRequested(CopyResult& result);
 
     PTPCommunication& engine_;
     RollingLogger& logger_;

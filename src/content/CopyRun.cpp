@@ -3,6 +3,7 @@
 #include "content/CameraGone.h"
 #include "content/CopyProgress.h"
 #include "content/CopyRunObserver.h"
+#include "content/CopyStop.h"
 #include "content/PolledOperation.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
@@ -147,7 +148,7 @@ void CopyRun::transfer(Transfer& transfer)
 
     runPolled([this, &transfer] { receive(transfer); },
               [this, &transfer] {
-                  stopIfRequested();
+                  stopIfRequested(engine_, observer_, result_);
                   observer_.copyIsUnderWay(*transfer.progress);
               });
     // No transaction runs by now, so a stop has nothing to cancel; it is seen before the next file.
@@ -187,17 +188,6 @@ void CopyRun::secure(Transfer& transfer)
         note(error.what());
     }
     note(sizeFailure(result.path, result.object->objectCompressedSize()));
-}
-
-void CopyRun::stopIfRequested()
-{
-    if (result_.isStopped || !observer_.isStopRequested())
-        return;
-    result_.isStopped = true;
-    result_.isCancelSent = true;
-    engine_.cancelTransaction();
-    result_.isStopConfirmed = engine_.isStopCopyFlg();
-    observer_.copyWasStopped(result_.isStopConfirmed);
 }
 
 void CopyRun::writeLog(std::string_view selector, std::string_view message)

@@ -40,7 +40,6 @@ private:
     void transfer(Transfer& transfer);
     void receive(Transfer& transfer);
     void secure(Transfer& transfer);
-    void stopIfRequested();
     void writeLog(std::string_view selector, std::string_view message);
 
     PTPCommunication& engine_;
