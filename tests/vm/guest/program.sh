@@ -70,10 +70,17 @@ lists_all() {
 # lists_path PATH: the last output, from `list --json`, has that path.
 lists_path() { grep -qF -e "\"$1\"" "$output"; }
 
-# log_holds TEXT: the program's log has a record with it.
+# log_holds TEXT…: the log of the program's last run has a record with each of them, in this order.
 log_holds() {
-    [ -s "$log_file" ] || refuse "no log $log_file: $(ls -la "$log_directory")"
-    grep -qF -e "$1" "$log_file" || refuse "not in the log: $1; its end: $(tail -n 5 "$log_file")"
+    run_start=$(grep -nF 'Application start' "$log_file" | tail -n 1)
+    [ -n "$run_start" ] || refuse "no run in $log_file: $(ls -la "$log_directory")"
+    tail -n "+${run_start%%:*}" "$log_file" >/tmp/records
+    for text in "$@"; do
+        awk -v text="$text" 'found { print } index($0, text) { found = 1 } END { exit !found }' \
+            /tmp/records >/tmp/records-after \
+            || refuse "not in the log, or out of order: $text; its end: $(tail -n 24 "$log_file")"
+        mv /tmp/records-after /tmp/records
+    done
 }
 
 # timed NAME COMMAND…: runs COMMAND, which must succeed, and sets elapsed to the hundredths it took.

@@ -55,7 +55,7 @@ prepare_images() {
     mkdir -p "$folder"
 
     # By way of a variable, whose assignment fails where the command does.
-    found=$(type -P udevadm umtprd cp)
+    found=$(type -P udevadm umtprd cp cmp)
     mapfile -t base_tools <<<"$found"
     found=$(shared_libraries "${base_tools[@]}")
     mapfile -t base_libraries <<<"$found"

@@ -13,6 +13,18 @@ make_file() {
     touch -d "2024-02-29 12:34:$((file_number % 60))" "$file"
 }
 
+# make_films FOLDER: five files for a stop in the second one, which is so big that a stop still falls
+# into it when it comes a second late; and a small file.
+make_films() {
+    local number size
+    for number in 1 2 3 4 5; do
+        size=16
+        ((number != 2)) || size=128
+        make_file "$1/FILM$number.MOV" $((size * 1024 * 1024))
+    done
+    make_file "$1/AFTER.JPG" 12345
+}
+
 # Writes "SIZE PATH" for every file of the camera folder $1 to $2, paths relative, sorted.
 write_manifest() {
     (cd "$1" && find . -type f -printf '%s %P\n' | LC_ALL=C sort -k 2) >"$2"

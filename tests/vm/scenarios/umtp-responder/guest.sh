@@ -1,6 +1,7 @@
 # Everyday use, deleting and stopping, against umtp-responder.
 
 . /guest/gadget.sh
+. /guest/shared-steps.sh
 
 cameras=/mnt/cameras
 
@@ -9,23 +10,6 @@ camera_turns_up() {
     load_gadget_modules
     describe_gadget umtp-responder
     start_camera umtp-responder
-}
-
-devices_names_the_camera() {
-    nivor_exits 0 devices
-    says 1d6b
-}
-
-list_names_every_file() {
-    nivor_exits 0 list
-    lists_all $cameras/card
-}
-
-list_as_json() {
-    nivor list --json --log-directory "$log_directory" >/mnt/kept/list.json 2>"$output" || {
-        cat "$output"
-        return 1
-    }
 }
 
 copy_everything() {
@@ -43,37 +27,26 @@ delete_one() {
     lists_path DCIM/101NIVOR/NVR_0001.JPG || refuse "its namesake is not listed"
 }
 
-# The responder may be left in a state in which it answers no more; then the program must say so.
-stop_in_mid_copy() {
-    /bin/cp $cameras/film/FILM.MOV $card/FILM.MOV
-    wait_for 30 film_is_listed || refuse "FILM.MOV is not listed"
-    mkdir /tmp/stopped
-    during_copy /tmp/stopped 2000000 interrupt_nivor
-    nivor_exits 5 copy /tmp/stopped FILM.MOV
-    wait
-    cat "$output"
-    log_holds "cancelTransaction (result = "
-    [ "$(copied_bytes /tmp/stopped)" -lt 209715200 ] || refuse "the whole file arrived"
+films_turn_up() {
+    # From the shared folder: the guest's memory is for the copies.
+    mkdir $card/FILMS
+    mount --bind $cameras/films $card/FILMS
+    wait_for 30 last_film_is_listed || refuse "the films are not listed"
 }
-film_is_listed() {
-    nivor_exits 0 list && says FILM.MOV
-}
-
-works_after_the_stop() {
-    nivor_exits 0 list
-    lists_all $card
-    mkdir /tmp/after
-    nivor_exits 0 copy /tmp/after SIZE1048583.JPG
-    cmp $card/SIZE1048583.JPG /tmp/after/SIZE1048583.JPG
+last_film_is_listed() {
+    nivor_exits 0 list && says FILM5.MOV
 }
 
 step "the camera turns up" camera_turns_up
-step "devices names the camera" devices_names_the_camera
-step "list names every file" list_names_every_file
+step "devices names the camera" devices_names 1d6b
+step "list names every file" list_names_every_file $cameras/card
 step "list --json" list_as_json
 step "copy everything, every byte compared" copy_everything
 rm -rf /tmp/all
 step "delete one file" delete_one
-step "SIGINT in the middle of a copy" stop_in_mid_copy
-step "the camera works after the stop" works_after_the_stop
+step "films turn up" films_turn_up
+step "SIGINT in the second of five files" stop_in_the_second_of_five $card/FILMS \
+    "FILM2.MOV: stopped" "stopped; the camera confirmed it."
+rm -rf /tmp/stopped
+step "the camera works after the stop" camera_works $card/FILMS
 cp /tmp/umtprd.log /mnt/kept/

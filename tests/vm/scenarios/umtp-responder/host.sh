@@ -14,7 +14,7 @@ make_cameras() {
     make_file "$card/MISC/写真の日.JPG" 5432
     write_manifest "$card" "$run/card.manifest"
 
-    make_file "$run/cameras/film/FILM.MOV" $((200 * 1024 * 1024))
+    make_films "$run/cameras/films"
 }
 
 check_kept() {

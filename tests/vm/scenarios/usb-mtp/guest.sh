@@ -3,25 +3,10 @@
 cameras=/mnt/cameras
 pictures=$cameras/pictures
 
+. /guest/shared-steps.sh
+
 camera_turns_up() {
     wait_for 30 plugged pictures || refuse "no camera on the bus"
-}
-
-devices_names_the_camera() {
-    nivor_exits 0 devices
-    says 46f4
-}
-
-list_names_every_file() {
-    nivor_exits 0 list
-    lists_all "$pictures"
-}
-
-list_as_json() {
-    nivor list --json --log-directory "$log_directory" >/mnt/kept/list.json 2>"$output" || {
-        cat "$output"
-        return 1
-    }
 }
 
 copy_everything() {
@@ -77,52 +62,32 @@ a_bare_camera() {
 }
 
 a_second_program_is_kept_out() {
-    swap_camera bare big-film
+    swap_camera bare films
     mkdir /tmp/busy
     during_copy /tmp/busy 4000000 second_program
-    nivor_exits 5 copy /tmp/busy FILM.MOV
+    nivor_exits 0 copy /tmp/busy
     wait
     [ "$(cat /tmp/second-code)" = 4 ] || refuse "it exited with $(cat /tmp/second-code), not 4"
+    copies_match films /tmp/busy
 }
 second_program() {
     code=0
     nivor list --log-directory /tmp/second-logs || code=$?
     echo "$code" >/tmp/second-code
-    interrupt_nivor
-}
-
-stop_in_mid_copy() {
-    rm -rf /tmp/busy
-    mkdir /tmp/stopped
-    during_copy /tmp/stopped 4000000 interrupt_nivor
-    start=$(now)
-    nivor_exits 5 copy /tmp/stopped
-    wait
-    cat "$output"
-    log_holds "cancelTransaction (result = "
-    [ $(($(now) - start)) -lt 2000 ] || refuse "it took $(seconds $(($(now) - start))) s"
-}
-
-works_after_the_stop() {
-    rm -rf /tmp/stopped
-    nivor_exits 0 list
-    lists_all "$cameras/big-film"
-    mkdir /tmp/after
-    nivor_exits 0 copy /tmp/after AFTER.JPG
-    cmp "$cameras/big-film/AFTER.JPG" /tmp/after/AFTER.JPG
 }
 
 unplug_in_mid_copy() {
     mkdir /tmp/pulled
     during_copy /tmp/pulled 4000000 pull_the_cable
-    nivor_exits 1 copy /tmp/pulled
+    nivor_exits 1 copy /tmp/pulled FILM2.MOV FILM3.MOV
     ended=$(now)
     wait
     pulled=$(cat /tmp/pulled-at)
     cat "$output"
     [ $((ended - pulled)) -lt 1500 ] || refuse "it ended $(seconds $((ended - pulled))) s after the cable"
-    says FILM.MOV
-    log_holds "getObject (result = fail"
+    says "FILM2.MOV: reading from the camera failed"
+    says "FILM3.MOV: the camera is gone"
+    log_holds "getObject (result = fail" "startCopyingItem (result = fail)"
 }
 pull_the_cable() {
     now >/tmp/pulled-at
@@ -130,23 +95,19 @@ pull_the_cable() {
 }
 
 no_camera() {
-    wait_for 30 gone big-film || refuse "the camera is still there"
+    wait_for 30 gone films || refuse "the camera is still there"
     rm -rf /tmp/pulled
     nivor_exits 3 list
 }
 
 works_after_replug() {
-    swap_camera - big-film
-    nivor_exits 0 list
-    lists_all "$cameras/big-film"
-    mkdir /tmp/again
-    nivor_exits 0 copy /tmp/again
-    copies_match big-film /tmp/again
+    swap_camera - films
+    camera_works "$cameras/films"
 }
 
 step "the camera turns up" camera_turns_up
-step "devices names the camera" devices_names_the_camera
-step "list names every file" list_names_every_file
+step "devices names the camera" devices_names 46f4
+step "list names every file" list_names_every_file $pictures
 step "list --json" list_as_json
 step "copy everything, every byte compared" copy_everything
 rm -rf /tmp/all
@@ -156,8 +117,12 @@ step "delete one file" delete_one
 step "an empty file fails and is named" an_empty_file_fails_by_name
 step "a camera with nothing on it" a_bare_camera
 step "a second program is kept out while one copies" a_second_program_is_kept_out
-step "SIGINT in the middle of a copy" stop_in_mid_copy
-step "the camera works after the stop" works_after_the_stop
+rm -rf /tmp/busy
+step "SIGINT in the second of five files" stop_in_the_second_of_five $cameras/films \
+    "the camera did not confirm the stop; waiting for the end of this file" \
+    "FILM2.MOV: the camera did not answer in time" "stopped; the camera did not confirm it."
+rm -rf /tmp/stopped
+step "the camera works after the stop" camera_works $cameras/films
 step "the cable is pulled in the middle of a copy" unplug_in_mid_copy
 step "no camera" no_camera
 step "the camera works when plugged in again" works_after_replug

@@ -27,8 +27,7 @@ make_cameras() {
     make_file "$run/cameras/empty-file/NOTHING.JPG" 0
     make_file "$run/cameras/empty-file/FULL2.JPG" 2000
 
-    make_file "$run/cameras/big-film/FILM.MOV" $((192 * 1024 * 1024))
-    make_file "$run/cameras/big-film/AFTER.JPG" 12345
+    make_films "$run/cameras/films"
 
     mkdir -p "$run/cameras/bare"
 }
