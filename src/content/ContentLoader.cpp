@@ -4,14 +4,13 @@
 #include "content/HandleOrder.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/ObjectPropValueObjectSize.h"
+#include "datasets/Thumbnail.h"
 #include "foundation/Errors.h"
 #include "ptp/PTPCommunication.h"
 
-#include <QImage>
 #include <QSet>
 
 #include <algorithm>
-#include <limits>
 #include <memory>
 #include <utility>
 
@@ -127,12 +126,8 @@ void ContentLoader::completeFile(ObjectInfoData& object, const HandleBlock& hand
 void ContentLoader::readThumbnail(ObjectInfoData& object, const HandleBlock& handle)
 {
     ByteBuffer bytes;
-    if (!engine_.getThumb(handle, object.thumbCompressedSize(), &bytes)
-        || bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
-        return;
-    const QImage image = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()));
-    if (!image.isNull())
-        object.setThumbnail(std::make_shared<const QImage>(image));
+    if (engine_.getThumb(handle, object.thumbCompressedSize(), &bytes))
+        object.setThumbnail(Thumbnail::fromFile(bytes));
 }
 
 /// What the camera says about an object's parent stays, as long as it leads to an object that the

@@ -150,7 +150,7 @@ bool ObjectInfoData::isAssociation() const
     return objectFormat() == static_cast<std::uint16_t>(ObjectFormatCode::Association);
 }
 
-void ObjectInfoData::setThumbnail(std::shared_ptr<const QImage> thumbnail)
+void ObjectInfoData::setThumbnail(std::shared_ptr<const Thumbnail> thumbnail)
 {
     thumbnail_.set(std::move(thumbnail));
 }

@@ -14,11 +14,10 @@
 #include <utility>
 #include <vector>
 
-class QImage;
-
 namespace nivor {
 
 class DateFormatter;
+class Thumbnail;
 
 /// A node of the camera's content tree, and at the same time a row of the list.
 ///
@@ -108,8 +107,8 @@ public:
     void setMyHandle(QString myHandle) { myHandle_.set(std::move(myHandle)); }
 
     /// The camera's small picture of the object, or null.
-    [[nodiscard]] std::shared_ptr<const QImage> thumbnail() const { return thumbnail_.get(); }
-    void setThumbnail(std::shared_ptr<const QImage> thumbnail);
+    [[nodiscard]] std::shared_ptr<const Thumbnail> thumbnail() const { return thumbnail_.get(); }
+    void setThumbnail(std::shared_ptr<const Thumbnail> thumbnail);
 
 private:
     std::atomic<std::uint64_t> objectCompressedSize_{0};
@@ -123,7 +122,7 @@ private:
     AtomicProperty<QString> dateModified_;
     AtomicProperty<QDateTime> modifiedDate_;
     AtomicProperty<QString> myHandle_;
-    AtomicProperty<std::shared_ptr<const QImage>> thumbnail_;
+    AtomicProperty<std::shared_ptr<const Thumbnail>> thumbnail_;
 };
 
 }  // namespace nivor

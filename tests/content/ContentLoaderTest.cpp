@@ -1,4 +1,5 @@
 #include "content/SimulatedCameraFixture.h"
+#include "datasets/Thumbnail.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -41,7 +41,7 @@ TEST(ObjectInfoDataProperties, AreKeptAsSet)
     const QDateTime date(QDate(2016, 1, 2), QTime(3, 4, 5));
     // Never looked into, so it need not be an image.
     const auto something = std::make_shared<int>(0);
-    const std::shared_ptr<const QImage> image(something, nullptr);
+    const std::shared_ptr<const Thumbnail> image(something, nullptr);
 
     ObjectInfoData data;
     data.setStorageID(0xFFFFFFFF);

@@ -1,0 +1,38 @@
+/// The camera's small picture of an object, kept as the file that the camera sent.
+#pragma once
+
+#include "foundation/Bytes.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+
+#include <memory>
+
+namespace nivor {
+
+/// Decoded only when somebody looks at it: a card may hold thousands, and a decoded picture takes
+/// ten times the memory of its file. Immutable, so any thread may use it.
+class Thumbnail {
+public:
+    /// A picture of more pixels is none: decoding it would take more memory than any list is worth.
+    static constexpr qint64 mostPixels = qint64{1} << 22;
+
+    /// Null when the bytes don't begin as a JPEG, PNG, GIF, BMP or TIFF picture of 1 to
+    /// `mostPixels` pixels. The rest of the file is not looked at.
+    static std::shared_ptr<const Thumbnail> fromFile(ByteView bytes);
+
+    /// Width and height in pixels.
+    [[nodiscard]] QSize size() const { return size_; }
+
+    /// The picture, decoded anew at each call; null when the file turns out to be damaged.
+    [[nodiscard]] QImage image() const;
+
+private:
+    Thumbnail(QByteArray file, QSize size);
+
+    QByteArray file_;
+    QSize size_;
+};
+
+}  // namespace nivor
