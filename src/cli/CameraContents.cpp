@@ -1,8 +1,8 @@
 #include "cli/CameraContents.h"
 
-#include "cli/ByteCount.h"
 #include "cli/Output.h"
 #include "cli/ProgressLine.h"
+#include "content/ByteCount.h"
 #include "content/ContentLoader.h"
 
 #include <fmt/format.h>

@@ -1,8 +1,8 @@
 #include "cli/CopyDisplay.h"
 
-#include "cli/ByteCount.h"
 #include "cli/ObjectPaths.h"
 #include "cli/Output.h"
+#include "content/ByteCount.h"
 #include "content/CopyProgress.h"
 #include "content/CopyResult.h"
 #include "content/VisibleName.h"

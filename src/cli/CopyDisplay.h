@@ -3,8 +3,8 @@
 
 #include "cli/CliEnvironment.h"
 #include "cli/ProgressLine.h"
-#include "cli/TransferRate.h"
 #include "content/CopyRunObserver.h"
+#include "content/TransferRate.h"
 
 #include <QString>
 

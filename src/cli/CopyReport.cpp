@@ -1,8 +1,8 @@
 #include "cli/CopyReport.h"
 
-#include "cli/ByteCount.h"
 #include "cli/ObjectPaths.h"
 #include "cli/Selecting.h"
+#include "content/ByteCount.h"
 #include "content/VisibleName.h"
 #include "datasets/ObjectInfoData.h"
 

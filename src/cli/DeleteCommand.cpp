@@ -1,6 +1,5 @@
 #include "cli/DeleteCommand.h"
 
-#include "cli/ByteCount.h"
 #include "cli/CameraContents.h"
 #include "cli/CameraSession.h"
 #include "cli/Confirmation.h"
@@ -8,6 +7,7 @@
 #include "cli/ObjectPaths.h"
 #include "cli/Output.h"
 #include "cli/Selecting.h"
+#include "content/ByteCount.h"
 #include "content/DeleteRun.h"
 #include "datasets/ObjectInfoData.h"
 

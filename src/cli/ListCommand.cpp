@@ -1,9 +1,9 @@
 #include "cli/ListCommand.h"
 
-#include "cli/ByteCount.h"
 #include "cli/CameraContents.h"
 #include "cli/CameraSession.h"
 #include "cli/Output.h"
+#include "content/ByteCount.h"
 #include "content/ObjectTree.h"
 #include "content/VisibleName.h"
 #include "datasets/ObjectInfoData.h"

@@ -6,7 +6,6 @@
 #include "content/CopyResult.h"
 #include "content/CopyRunObserver.h"
 #include "content/CopyStop.h"
-#include "content/PolledOperation.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
 #include "foundation/ResultText.h"
@@ -97,11 +96,11 @@ CopyComparisonResult::Outcome CopyComparison::compareFile(
     }
 
     Outcome outcome = Outcome::NotCompared;
-    runPolled([&] { outcome = receive(file, progress); },
-              [&] {
-                  stopIfRequested(engine_, observer_, result);
-                  observer_.copyIsUnderWay(*progress);
-              });
+    worker_.run([&] { outcome = receive(file, progress); },
+                [&] {
+                    stopIfRequested(engine_, observer_, result);
+                    observer_.copyIsUnderWay(*progress);
+                });
     return outcome;
 }
 

@@ -3,6 +3,7 @@
 
 #include "content/ContentListing.h"
 #include "content/CopyComparisonResult.h"
+#include "content/PolledWorker.h"
 
 #include <memory>
 
@@ -43,6 +44,8 @@ private:
     CopyRunObserver& observer_;
 
     bool isCameraGone_ = false;
+
+    PolledWorker worker_;
 };
 
 }  // namespace nivor

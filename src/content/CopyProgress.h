@@ -1,19 +1,20 @@
 /// How far a copy run is.
 #pragma once
 
+#include "foundation/AtomicProperty.h"
 #include "ptp/CopiedSizeProgress.h"
 
 #include <QString>
+#include <QUrl>
 
 #include <atomic>
 #include <cstdint>
-#include <filesystem>
 #include <utility>
 
 namespace nivor {
 
-/// `copiedSize` is advanced by the transfer's thread and may be read on any; everything else
-/// belongs to the thread that runs the copy.
+/// Every property is atomic by itself. `copiedSize` is advanced by the transfer's thread; all
+/// others are set by the thread that runs the copy.
 class CopyProgress : public CopiedSizeProgress {
 public:
     /// Bytes received so far, all files together; more than `totalSize` in the end, since the
@@ -26,15 +27,12 @@ public:
     void setTotalSize(std::uint64_t totalSize) { totalSize_ = totalSize; }
 
     /// The camera's name of the file now being copied, without terminator; empty before the first.
-    [[nodiscard]] QString sourceFile() const { return sourceFile_; }
-    void setSourceFile(QString sourceFile) { sourceFile_ = std::move(sourceFile); }
+    [[nodiscard]] QString sourceFile() const { return sourceFile_.get(); }
+    void setSourceFile(QString sourceFile) { sourceFile_.set(std::move(sourceFile)); }
 
     /// The folder that is copied to.
-    [[nodiscard]] const std::filesystem::path& destination() const { return destination_; }
-    void setDestination(std::filesystem::path destination)
-    {
-        destination_ = std::move(destination);
-    }
+    [[nodiscard]] QUrl destinationURL() const { return destinationURL_.get(); }
+    void setDestinationURL(QUrl url) { destinationURL_.set(std::move(url)); }
 
     /// Which file this is, from 1; 0 before the first.
     [[nodiscard]] std::uint64_t numberOfCopiedItems() const { return numberOfCopiedItems_; }
@@ -46,11 +44,11 @@ public:
 
 private:
     std::atomic<std::uint64_t> copiedSize_{0};
-    std::uint64_t totalSize_ = 0;
-    QString sourceFile_;
-    std::filesystem::path destination_;
-    std::uint64_t numberOfCopiedItems_ = 0;
-    std::uint64_t numberOfTotalItems_ = 0;
+    std::atomic<std::uint64_t> totalSize_{0};
+    std::atomic<std::uint64_t> numberOfCopiedItems_{0};
+    std::atomic<std::uint64_t> numberOfTotalItems_{0};
+    AtomicProperty<QString> sourceFile_;
+    AtomicProperty<QUrl> destinationURL_;
 };
 
 }  // namespace nivor

@@ -4,7 +4,6 @@
 #include "content/CopyProgress.h"
 #include "content/CopyRunObserver.h"
 #include "content/CopyStop.h"
-#include "content/PolledOperation.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
 #include "foundation/Errors.h"
@@ -86,6 +85,7 @@ CopyResult CopyRun::startCopyingItems(const ObjectList& items,
     }
 
     engine_.stopCopyFlgInit();
+    observer_.copyDidEnd();
     // Singular here, unlike the opening line; both are what readers of these logs look for.
     writeLog(selector.text(),
              fmt::format("startCopyingItem (result = {})", resultText(!result_.isError)));
@@ -102,7 +102,7 @@ void CopyRun::prepare(const ObjectList& items, const std::filesystem::path& dest
         fileCount += item->isAssociation() ? 0U : 1U;
     }
     progress.setSourceFile(QString());
-    progress.setDestination(destination);
+    progress.setDestinationURL(QUrl::fromLocalFile(QString::fromStdString(destination.string())));
     progress.setNumberOfCopiedItems(0);
     progress.setNumberOfTotalItems(fileCount);
     progress.setCopiedSize(0);
@@ -115,6 +115,7 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
     const QString cameraName = NVX_stringByTrimmingNullCharacters(item->fileName());
     progress->setSourceFile(cameraName);
     progress->setNumberOfCopiedItems(progress->numberOfCopiedItems() + 1);
+    observer_.fileWillBegin(*progress);
 
     CopiedFile& file = result_.files.emplace_back();
     file.object = item;
@@ -146,14 +147,14 @@ void CopyRun::transfer(Transfer& transfer)
         return;
     }
 
-    runPolled([this, &transfer] { receive(transfer); },
-              [this, &transfer] {
-                  stopIfRequested(engine_, observer_, result_);
-                  observer_.copyIsUnderWay(*transfer.progress);
-              });
+    worker_.run([this, &transfer] { receive(transfer); },
+                [this, &transfer] {
+                    stopIfRequested(engine_, observer_, result_);
+                    observer_.copyIsUnderWay(*transfer.progress);
+                });
     // No transaction runs by now, so a stop has nothing to cancel; it is seen before the next file.
-    runPolled([this, &transfer] { secure(transfer); },
-              [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); });
+    worker_.run([this, &transfer] { secure(transfer); },
+                [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); });
 }
 
 /// On the worker: fetches the object into the file.

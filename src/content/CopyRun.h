@@ -4,6 +4,7 @@
 #include "content/ContentListing.h"
 #include "content/CopyResult.h"
 #include "content/CopyTargets.h"
+#include "content/PolledWorker.h"
 
 #include <filesystem>
 #include <memory>
@@ -50,6 +51,8 @@ private:
 
     CopyResult result_;
     bool isCameraGone_ = false;
+
+    PolledWorker worker_;
 };
 
 }  // namespace nivor

@@ -18,6 +18,9 @@ public:
     /// The totals are known and no file has begun.
     virtual void copyWillBegin(const CopyProgress& /*progress*/) { }
 
+    /// A file is about to be asked for; `progress` tells which.
+    virtual void fileWillBegin(const CopyProgress& /*progress*/) { }
+
     /// Called again and again while a file is under way, every 0.01 s or a little later: the place
     /// to let the event loop turn and to show the progress. May be slow.
     virtual void copyIsUnderWay(const CopyProgress& /*progress*/) { }
@@ -30,6 +33,9 @@ public:
     virtual void copyWasStopped(bool /*isConfirmed*/) { }
 
     virtual void fileDidFinish(const CopiedFile& /*file*/, const CopyProgress& /*progress*/) { }
+
+    /// Nothing more will be copied, and the result has not been recorded yet.
+    virtual void copyDidEnd() { }
 };
 
 }  // namespace nivor

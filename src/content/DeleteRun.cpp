@@ -2,7 +2,6 @@
 
 #include "content/CameraGone.h"
 #include "content/DeleteRunObserver.h"
-#include "content/PolledOperation.h"
 #include "datasets/ObjectInfoData.h"
 #include "foundation/ResultText.h"
 #include "foundation/Selector.h"
@@ -61,8 +60,8 @@ void DeleteRun::deleteItem(const std::shared_ptr<ObjectInfoData>& item)
     else if (handle == handles_.cend())
         file.failure = "the camera no longer has it";
     else
-        runPolled([this, block = handle.value(), &file] { request(block, file); },
-                  [this] { observer_.deletionIsUnderWay(); });
+        worker_.run([this, block = handle.value(), &file] { request(block, file); },
+                    [this] { observer_.deletionIsUnderWay(); });
     result_.isError = !file.isDeleted;
     observer_.fileDidFinish(file);
 }

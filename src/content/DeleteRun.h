@@ -3,6 +3,7 @@
 
 #include "content/ContentListing.h"
 #include "content/DeleteResult.h"
+#include "content/PolledWorker.h"
 
 #include <memory>
 #include <string_view>
@@ -36,6 +37,8 @@ private:
 
     DeleteResult result_;
     bool isCameraGone_ = false;
+
+    PolledWorker worker_;
 };
 
 }  // namespace nivor

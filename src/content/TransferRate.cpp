@@ -1,4 +1,4 @@
-#include "cli/TransferRate.h"
+#include "content/TransferRate.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "cli/ByteCount.h"
+#include "content/ByteCount.h"
 
 #include <fmt/format.h>
 

@@ -1,0 +1,49 @@
+#include "content/CameraPriority.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <optional>
+#include <thread>
+
+using namespace nivor;
+
+namespace {
+
+TEST(CameraPriority, NobodyWaitsForACameraThatIsFree)
+{
+    CameraPriority priority;
+    EXPECT_FALSE(priority.isClaimed());
+    priority.waitWhileClaimed([] { return false; });
+}
+
+TEST(CameraPriority, TheListingGoesOnWhenTheLastClaimIsReleased)
+{
+    CameraPriority priority;
+    std::optional<CameraPriority::Claim> first(priority);
+    std::optional<CameraPriority::Claim> second(priority);
+    std::atomic<bool> wentOn{false};
+    std::thread listing([&] {
+        priority.waitWhileClaimed([] { return false; });
+        wentOn = true;
+    });
+    first.reset();
+    EXPECT_TRUE(priority.isClaimed());
+    EXPECT_FALSE(wentOn);
+    second.reset();
+    listing.join();
+    EXPECT_TRUE(wentOn);
+    EXPECT_FALSE(priority.isClaimed());
+}
+
+TEST(CameraPriority, AListingThatIsToEndNeedNotWait)
+{
+    CameraPriority priority;
+    const CameraPriority::Claim claim(priority);
+    std::atomic<bool> givesUp{false};
+    std::thread listing([&] { priority.waitWhileClaimed([&] { return givesUp.load(); }); });
+    givesUp = true;
+    listing.join();
+}
+
+}  // namespace
