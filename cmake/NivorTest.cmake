@@ -1,13 +1,18 @@
-# nivor_test(LAYER SOURCES … LINKS …): one GoogleTest executable per layer.
+# nivor_test(LAYER SOURCES … LINKS … [OWN_MAIN]): one GoogleTest executable per layer.
 #
+# OWN_MAIN: one of the sources has the main function.
 # Every test carries its layer's name as a label.
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
 function(nivor_test layer)
-    cmake_parse_arguments(test "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(test "OWN_MAIN" "" "SOURCES;LINKS" ${ARGN})
+    set(main GTest::gmock_main)
+    if(test_OWN_MAIN)
+        set(main GTest::gmock)
+    endif()
     add_executable(test_${layer} ${test_SOURCES})
-    target_link_libraries(test_${layer} PRIVATE nivor_options ${test_LINKS} GTest::gmock_main)
+    target_link_libraries(test_${layer} PRIVATE nivor_options ${test_LINKS} ${main})
     target_include_directories(test_${layer} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
     # GoogleTest's templates are most of a test's compile time; the code under test keeps its
     # optimisation and every sanitizer.

@@ -3,7 +3,8 @@
 
 packages_build=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev libusb-1.0-0-dev libfmt-dev libcli11-dev nlohmann-json3-dev
+    qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libqt6widgets6
+    fonts-dejavu-core libusb-1.0-0-dev libfmt-dev libcli11-dev nlohmann-json3-dev
     libbenchmark-dev libgtest-dev libgmock-dev libudev-dev libumockdev-dev umockdev
 )
 packages_check=(

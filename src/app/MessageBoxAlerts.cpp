@@ -1,0 +1,39 @@
+#include "app/MessageBoxAlerts.h"
+
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace nivor {
+
+MessageBoxAlerts::MessageBoxAlerts(QWidget* parent)
+    : parent_(parent)
+{
+}
+
+int MessageBoxAlerts::runModal(const Alert& alert)
+{
+    QMessageBox box(parent_);
+    box.setIcon(alert.style == Alert::Style::Warning ? QMessageBox::Warning
+                                                     : QMessageBox::Information);
+    // Names from a camera may stand in any of these: never markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setText(alert.messageText);
+    box.setInformativeText(alert.informativeText);
+    box.setDetailedText(alert.detailedText);
+    for (const QString& title : alert.buttons) {
+        // The last of several is the way out, which is what Esc chooses.
+        const bool isWayOut = &title == &alert.buttons.last();
+        QPushButton* button =
+            box.addButton(title, isWayOut ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
+        if (isWayOut)
+            box.setEscapeButton(button);
+        if (&title == &alert.buttons.first())
+            box.setDefaultButton(button);
+    }
+    box.exec();
+    const QAbstractButton* clicked = box.clickedButton();
+    return clicked == nullptr ? -1 : static_cast<int>(alert.buttons.indexOf(clicked->text()));
+}
+
+}  // namespace nivor
