@@ -1,7 +1,7 @@
 // What the engine itself costs: one small transaction, and a large object into a file.
 
 #include "InMemoryCamera.h"
-#include "PeakMemory.h"
+#include "support/PeakMemory.h"
 
 #include "datasets/ObjectInfoData.h"
 #include "logging/RollingLogger.h"
@@ -21,6 +21,7 @@ namespace {
 
 using namespace nivor;
 using namespace nivor::bench;
+using nivor::test::PeakMemory;
 
 constexpr std::uint64_t gibibyte = 1ULL << 30;
 

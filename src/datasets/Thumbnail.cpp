@@ -3,18 +3,42 @@
 #include <QBuffer>
 #include <QImageReader>
 
+#include <array>
 #include <limits>
 #include <utility>
 
 namespace nivor {
 namespace {
 
-/// The formats that cameras use. A decoder for anything else may be installed, but bytes from a
-/// camera have no business in it.
-bool isCameraFormat(const QByteArray& format)
+/// The format that the bytes begin as, of those that cameras use; empty for any other. A decoder
+/// for it may be installed, but bytes from a camera have no business in it. To let the decoders
+/// themselves decide would take longer than all the rest of a listing.
+QByteArray cameraFormat(const QByteArray& file)
 {
-    return format == "jpeg" || format == "png" || format == "gif" || format == "bmp"
-        || format == "tiff";
+    struct Beginning {
+        QByteArrayView bytes;
+        const char* format;
+    };
+    static constexpr std::array<Beginning, 6> beginnings{{
+        {QByteArrayView("\xFF\xD8\xFF", 3), "jpeg"},
+        {QByteArrayView("\x89PNG", 4), "png"},
+        {QByteArrayView("GIF8", 4), "gif"},
+        {QByteArrayView("BM", 2), "bmp"},
+        {QByteArrayView("II*\0", 4), "tiff"},
+        {QByteArrayView("MM\0*", 4), "tiff"},
+    }};
+    for (const Beginning& beginning : beginnings) {
+        if (file.startsWith(beginning.bytes))
+            return beginning.format;
+    }
+    return {};
+}
+
+std::unique_ptr<QImageReader> readerOf(QBuffer& file, const QByteArray& format)
+{
+    auto reader = std::make_unique<QImageReader>(&file, format);
+    reader->setAutoDetectImageFormat(false);
+    return reader;
 }
 
 }  // namespace
@@ -32,11 +56,11 @@ std::shared_ptr<const Thumbnail> Thumbnail::fromFile(ByteView bytes)
     // A view first: what turns out to be no picture need not be copied.
     auto file = QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()),
                                         static_cast<qsizetype>(bytes.size()));
-    QBuffer buffer(&file);
-    QImageReader reader(&buffer);
-    if (!isCameraFormat(reader.format()))
+    const QByteArray format = cameraFormat(file);
+    if (format.isEmpty())
         return nullptr;
-    const QSize size = reader.size();
+    QBuffer buffer(&file);
+    const QSize size = readerOf(buffer, format)->size();
     if (size.isEmpty() || qint64{size.width()} * size.height() > mostPixels)
         return nullptr;
     file.detach();
@@ -47,7 +71,7 @@ QImage Thumbnail::image() const
 {
     QByteArray file = file_;
     QBuffer buffer(&file);
-    return QImageReader(&buffer).read();
+    return readerOf(buffer, cameraFormat(file))->read();
 }
 
 }  // namespace nivor

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-namespace nivor::bench {
+namespace nivor::test {
 
 /// Counts from its construction on. Linux only: reads /proc.
 class PeakMemory {
@@ -41,4 +41,4 @@ private:
     std::size_t idle_ = 0;
 };
 
-}  // namespace nivor::bench
+}  // namespace nivor::test
