@@ -45,6 +45,7 @@ public:
     }
 
     std::optional<std::string> serialNumber() override { return "BENCH"; }
+    std::string productName() override { return {}; }
     UsbResult open() override { return UsbResult::Success; }
     UsbResult close() override { return UsbResult::Success; }
     UsbResult configurationValue(std::uint8_t, std::uint8_t& value) override

@@ -1,7 +1,7 @@
 #include "cli/CommandLineParser.h"
 
 #include "cli/CommandLineWords.h"
-#include "cli/VendorID.h"
+#include "content/VendorID.h"
 #include "content/VisibleName.h"
 
 #include <CLI/CLI.hpp>

@@ -3,7 +3,7 @@
 #include "cli/CliEnvironment.h"
 #include "cli/CommandLine.h"
 #include "cli/InterruptFlag.h"
-#include "cli/VendorID.h"
+#include "content/VendorID.h"
 #include "logging/RollingLogger.h"
 #include "ptp/PTPCommunication.h"
 #include "simulator/SimulationOptions.h"

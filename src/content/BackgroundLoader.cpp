@@ -41,6 +41,7 @@ void BackgroundLoader::startLoad()
     objectsDone_ = 0;
     objectsTotal_ = 0;
     isLoading_ = true;
+    hasFailed_ = false;
     operationQueue_.addOperation([this, number] { load(number); });
 }
 
@@ -48,23 +49,28 @@ void BackgroundLoader::startLoad()
 void BackgroundLoader::load(LoadNumber number)
 {
     priority_.waitWhileClaimed([this, number] { return isOver(number); });
-    if (!isOver(number) && engine_.connect(vendorID_))
-        list(number);
-    if (model_.isCurrent(number))
-        isLoading_ = false;
+    const bool isListed = !isOver(number) && engine_.connect(vendorID_) && list(number);
+    if (!model_.isCurrent(number))
+        return;
+    hasFailed_ = !isListed && !isClosed();
+    isLoading_ = false;
 }
 
-void BackgroundLoader::list(LoadNumber number)
+/// False when the camera has no storage.
+bool BackgroundLoader::list(LoadNumber number)
 {
     ContentLoader loader(
         engine_, {.thumbnails = true},
         [this, number](const ContentLoader::Progress& progress) { noteProgress(progress, number); },
         [this, number] { return isOver(number); });
     ContentLoader::Result result = loader.load();
-    if (result.end == ContentLoader::End::NoStorage || isOver(number))
-        return;
-    sortObjects(result.listing.objects, sortDescriptors());
-    publishAtLast(number, std::move(result.listing));
+    if (result.end == ContentLoader::End::NoStorage)
+        return false;
+    if (!isOver(number)) {
+        sortObjects(result.listing.objects, sortDescriptors());
+        publishAtLast(number, std::move(result.listing));
+    }
+    return true;
 }
 
 void BackgroundLoader::publishAtLast(LoadNumber number, ContentListing listing)

@@ -63,6 +63,10 @@ public:
     /// A load is connecting, listing or waiting for its turn. Any thread.
     [[nodiscard]] bool isLoading() const { return isLoading_; }
 
+    /// The last load has ended without a list: the camera could not be connected to, or has no
+    /// storage. Any thread.
+    [[nodiscard]] bool hasFailed() const { return hasFailed_; }
+
     /// Objects asked for so far and objects known of, both 0 until the camera has named them.
     [[nodiscard]] std::size_t objectsDone() const { return objectsDone_; }
     [[nodiscard]] std::size_t objectsTotal() const { return objectsTotal_; }
@@ -75,7 +79,7 @@ private:
 
     void startLoad();
     void load(LoadNumber number);
-    void list(LoadNumber number);
+    bool list(LoadNumber number);
     void publishAtLast(LoadNumber number, ContentListing listing);
     void noteProgress(const ContentLoader::Progress& progress, LoadNumber number);
     [[nodiscard]] bool isOver(LoadNumber number) const;
@@ -89,6 +93,7 @@ private:
     AtomicProperty<SortDescriptors> sortDescriptors_;
     std::atomic<bool> isClosed_{false};
     std::atomic<bool> isLoading_{false};
+    std::atomic<bool> hasFailed_{false};
     std::atomic<std::size_t> objectsDone_{0};
     std::atomic<std::size_t> objectsTotal_{0};
 

@@ -24,6 +24,11 @@ UsbResult SimulatedDevice::resultOf(UsbStep step) const
     return isPresent() ? camera_->faultAt(step) : UsbResult::NoDevice;
 }
 
+std::string SimulatedDevice::productName()
+{
+    return camera_->identity().productName;
+}
+
 std::optional<std::string> SimulatedDevice::serialNumber()
 {
     if (!succeeded(resultOf(UsbStep::SerialNumber)))

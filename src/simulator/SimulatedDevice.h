@@ -17,6 +17,7 @@ public:
     SimulatedDevice(std::shared_ptr<SimulatedCamera> camera, std::shared_ptr<BulkInPipe> pipe);
 
     std::optional<std::string> serialNumber() override;
+    std::string productName() override;
     UsbResult open() override;
     UsbResult close() override;
     UsbResult configurationValue(std::uint8_t index, std::uint8_t& value) override;

@@ -26,6 +26,15 @@ void SimulatedHost::detach(const std::shared_ptr<SimulatedCamera>& camera)
     forgetTheVanished();
 }
 
+std::vector<std::shared_ptr<SimulatedCamera>> SimulatedHost::cameras() const
+{
+    const std::lock_guard guard(mutex_);
+    std::vector<std::shared_ptr<SimulatedCamera>> cameras;
+    for (const Attachment& attachment : attachments_)
+        cameras.push_back(attachment.camera);
+    return cameras;
+}
+
 bool SimulatedHost::isAttached(const std::shared_ptr<SimulatedCamera>& camera) const
 {
     const std::lock_guard guard(mutex_);

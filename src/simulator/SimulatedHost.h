@@ -22,6 +22,9 @@ public:
     /// once with `UsbResult::NoDevice`. Nothing happens when the camera is not attached.
     void detach(const std::shared_ptr<SimulatedCamera>& camera);
 
+    /// Those that are attached, in the order in which they were.
+    [[nodiscard]] std::vector<std::shared_ptr<SimulatedCamera>> cameras() const;
+
     /// Whether the camera is on the bus; one that vanished by a fault is not.
     [[nodiscard]] bool isAttached(const std::shared_ptr<SimulatedCamera>& camera) const;
 

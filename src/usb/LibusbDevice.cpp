@@ -104,6 +104,11 @@ std::optional<std::string> LibusbDevice::serialNumber()
     return serial_;
 }
 
+std::string LibusbDevice::productName()
+{
+    return productNameKnownToSystem(device_).value_or("");
+}
+
 std::optional<std::string> LibusbDevice::readSerialNumber()
 {
     if (descriptor_.iSerialNumber == 0)

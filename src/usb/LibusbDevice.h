@@ -29,6 +29,7 @@ public:
     ~LibusbDevice() override;
 
     std::optional<std::string> serialNumber() override;
+    std::string productName() override;
     UsbResult open() override;
     UsbResult close() override;
     UsbResult configurationValue(std::uint8_t index, std::uint8_t& value) override;

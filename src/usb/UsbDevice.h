@@ -28,6 +28,10 @@ public:
     /// Asked once per attach at most; neither wakes nor opens the device after that.
     virtual std::optional<std::string> serialNumber() = 0;
 
+    /// What the device calls itself, in UTF-8; empty when that isn't known without asking it. It
+    /// may say anything. Any thread.
+    virtual std::string productName() = 0;
+
     virtual UsbResult open() = 0;
     virtual UsbResult close() = 0;
 

@@ -47,6 +47,23 @@ std::optional<std::string> firstLine(const std::string& path)
 
 #endif
 
+std::optional<std::string> textKnownToSystem([[maybe_unused]] libusb_device* device,
+                                             [[maybe_unused]] const char* name)
+{
+#ifdef __linux__
+    const std::string port = portPath(device);
+    if (port.empty())
+        return std::nullopt;
+    const std::string directory = "/sys/bus/usb/devices/" + port + "/";
+    if (firstLine(directory + "devnum") != fmt::format("{}", libusb_get_device_address(device)))
+        return std::nullopt;
+    auto text = firstLine(directory + name);
+    return text ? checkedLength(std::move(*text)) : std::nullopt;
+#else
+    return std::nullopt;
+#endif
+}
+
 void appendUtf8(std::string& text, std::uint32_t character)
 {
     const auto append = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
@@ -107,20 +124,14 @@ std::optional<std::string> textOfStringDescriptor(ByteView descriptor)
     return checkedLength(std::move(text));
 }
 
-std::optional<std::string> serialNumberKnownToSystem([[maybe_unused]] libusb_device* device)
+std::optional<std::string> serialNumberKnownToSystem(libusb_device* device)
 {
-#ifdef __linux__
-    const std::string port = portPath(device);
-    if (port.empty())
-        return std::nullopt;
-    const std::string directory = "/sys/bus/usb/devices/" + port + "/";
-    if (firstLine(directory + "devnum") != fmt::format("{}", libusb_get_device_address(device)))
-        return std::nullopt;
-    auto serial = firstLine(directory + "serial");
-    return serial ? checkedLength(std::move(*serial)) : std::nullopt;
-#else
-    return std::nullopt;
-#endif
+    return textKnownToSystem(device, "serial");
+}
+
+std::optional<std::string> productNameKnownToSystem(libusb_device* device)
+{
+    return textKnownToSystem(device, "product");
 }
 
 std::optional<std::string> serialNumberFromDevice(LibusbHandle& handle, std::uint8_t stringIndex)

@@ -18,6 +18,9 @@ namespace nivor {
 /// The record has to bear the device's address, for its port may have got another device since.
 std::optional<std::string> serialNumberKnownToSystem(libusb_device* device);
 
+/// The same of its product string.
+std::optional<std::string> productNameKnownToSystem(libusb_device* device);
+
 /// Asks the device itself, in its first language; at most a few seconds.
 std::optional<std::string> serialNumberFromDevice(LibusbHandle& handle, std::uint8_t stringIndex);
 

@@ -1,6 +1,6 @@
 #include "cli/CliFixture.h"
 #include "cli/CommandLineParser.h"
-#include "cli/VendorID.h"
+#include "content/VendorID.h"
 
 using namespace nivor;
 using namespace nivor::test;

@@ -80,6 +80,7 @@ struct ControlRecord {
 class ScriptedDevice : public UsbDevice {
 public:
     std::optional<std::string> serialNumber() override { return serial; }
+    std::string productName() override { return {}; }
     UsbResult open() override;
     UsbResult close() override;
     UsbResult configurationValue(std::uint8_t index, std::uint8_t& value) override;

@@ -1,4 +1,4 @@
-#include "cli/VendorID.h"
+#include "content/VendorID.h"
 
 #include "ptp/PTPCommunication.h"
 
