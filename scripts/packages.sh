@@ -4,12 +4,13 @@
 packages_build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libqt6widgets6
-    fonts-dejavu-core libusb-1.0-0-dev libfmt-dev libcli11-dev nlohmann-json3-dev
+    fonts-dejavu-core libqt6svg6 libxcb1-dev libusb-1.0-0-dev libfmt-dev libcli11-dev nlohmann-json3-dev
     libbenchmark-dev libgtest-dev libgmock-dev libudev-dev libumockdev-dev umockdev
 )
 packages_check=(
     clang-format
     clang libclang-rt-14-dev
+    xvfb xauth xdotool openbox thunar pcmanfm dbus-daemon x11-utils wmctrl imagemagick
     qemu-system-x86 busybox-static umtp-responder udev kmod cpio xz-utils
 )
 

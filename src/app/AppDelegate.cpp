@@ -4,7 +4,11 @@
 #include "app/LocalizedText.h"
 #include "app/MainWindowOutlets.h"
 #include "content/MainQueue.h"
+#include "content/VisibleName.h"
 #include "datasets/ObjectInfoData.h"
+#include "ptp/PTPCommunication.h"
+#include "usb/UsbAccessAdvice.h"
+#include "usb/UsbDevice.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -12,20 +16,25 @@
 
 namespace nivor {
 
-AppDelegate::Run::Run(AppDelegate& app)
+AppDelegate::Run::Run(AppDelegate& app, bool isDeletion)
     : app_(app)
     , claim_(app.priority_)
 {
-    app_.isCloseWanted_ = false;
+    app_.afterRun_ = AfterRun::Stay;
+    app_.isDeleting_ = isDeletion;
+    app_.parts_.window.updateStatus();
 }
 
 AppDelegate::Run::~Run()
 {
-    if (!app_.isCloseWanted_)
-        return;
+    app_.isDeleting_ = false;
     // Later, when nothing of the run is on the stack any more.
-    MainWindowOutlets& window = app_.parts_.window;
-    app_.parts_.mainQueue.runAfter({}, [&window] { window.closeWindow(); });
+    if (app_.afterRun_ == AfterRun::Close)
+        app_.later({}, [this_ = &app_] { this_->parts_.window.closeWindow(); });
+    if (app_.afterRun_ == AfterRun::Quit)
+        app_.later({}, [this_ = &app_] { this_->terminate(); });
+    // The buttons follow once the camera is free again.
+    app_.later({}, [this_ = &app_] { this_->parts_.window.updateStatus(); });
 }
 
 AppDelegate::AppDelegate(Parts parts)
@@ -73,8 +82,29 @@ bool AppDelegate::windowShouldClose()
 {
     if (!isRunUnderWay())
         return true;
-    isCloseWanted_ = true;
+    afterRun_ = AfterRun::Close;
     return false;
+}
+
+QString AppDelegate::cameraName() const
+{
+    const std::shared_ptr<UsbDevice> device = parts_.engine.usbDevice();
+    return NIVORConnected() && device ? visibleName(QString::fromStdString(device->productName()))
+                                      : QString();
+}
+
+QString AppDelegate::accessAdvice() const
+{
+    const ConnectFailure failure = parts_.engine.lastConnectFailure();
+    return QString::fromStdString(UsbAccessAdvice().message(failure.location, failure.result));
+}
+
+void AppDelegate::later(std::chrono::milliseconds delay, std::function<void()> work)
+{
+    parts_.mainQueue.runAfter(delay, [alive = std::weak_ptr(lifeline_), work = std::move(work)] {
+        if (!alive.expired())
+            work();
+    });
 }
 
 ObjectList AppDelegate::itemsAtRows(const std::vector<int>& rows) const

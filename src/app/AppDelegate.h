@@ -14,10 +14,14 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
+
+class QSettings;
 
 namespace nivor {
 
@@ -42,17 +46,78 @@ public:
         MainWindowOutlets& window;
         Alerts& alerts;
         FolderChooser& folderChooser;
+        QSettings& settings;  ///< the user's own
         std::int32_t vendorID;
+        std::string version;  ///< of the program
+        std::filesystem::path logDirectory;
         CopyTargets::CreateFile createFile{};  ///< another way to make files
         std::function<std::chrono::steady_clock::time_point()> now =
             &std::chrono::steady_clock::now;
     };
+
+    /// The user's value of `thumbnailExpandSlider`, a double.
+    static constexpr const char* thumbnailExpandSliderKey = "ThumbnailExpandSliderKey";
+
+    /// Between two ticks of the monitor.
+    static constexpr std::chrono::milliseconds tickInterval{1000};
+
+    /// Between a drop and the copy that follows it.
+    static constexpr std::chrono::milliseconds dropDelay{100};
 
     /// All parts must outlive the controller.
     explicit AppDelegate(Parts parts);
 
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
+
+    // --- Start and end --------------------------------------------------------------------------
+
+    /// Prepares the list; once the window has been made.
+    void awakeFromNib();
+
+    /// Begins the log, restores the slider, looks for a camera and starts the monitor. Shows an
+    /// alert when there is none, so the event loop must be running.
+    void applicationDidFinishLaunching();
+
+    /// The window is being closed: ends the listing, waiting for it, and keeps the slider's value.
+    /// Answers whether the program ends then, which it does.
+    bool applicationShouldTerminateAfterLastWindowClosed();
+
+    /// Disconnects the camera and ends the log.
+    void applicationWillTerminate();
+
+    /// The user wants to leave: as closing the window, but what was last saved of the slider stays.
+    void terminate();
+
+    // --- The list -------------------------------------------------------------------------------
+
+    /// The user has chosen another order.
+    void sortDescriptorsDidChange(SortDescriptors descriptors);
+
+    /// Selects all rows, or none when all are selected.
+    void selectAllButtonWasClicked();
+
+    void trashButtonWasClicked();
+    void outlineViewWasClicked();
+    void thumbnailZoomSliderIsSlid();
+
+    /// What a menu item does, as far as it matters for being enabled.
+    enum class MenuAction : std::uint8_t {
+        StartCopyingSelectedItems,
+        StartDeletingSelectedItems,
+        Other
+    };
+    [[nodiscard]] bool validateMenuItem(MenuAction action) const;
+
+    /// The names of dragged objects that a drop can be offered for: those with an extension.
+    /// Without any the drag is refused.
+    [[nodiscard]] static QStringList writeItems(const ObjectList& items);
+
+    /// Dragged objects were dropped on a folder: copies them a moment later.
+    void namesOfPromisedFilesDroppedAtDestination(const QUrl& destination, ObjectList items);
+
+    /// They were dropped on something that names no folder: asks for one.
+    void promisedFilesDroppedNowhere(const ObjectList& items);
 
     // --- The camera -----------------------------------------------------------------------------
 
@@ -139,6 +204,9 @@ public:
     /// A copy or a deletion is under way.
     [[nodiscard]] bool isRunUnderWay() const { return priority_.isClaimed(); }
 
+    /// A deletion is.
+    [[nodiscard]] bool isDeleting() const { return isDeleting_; }
+
     [[nodiscard]] OperationQueue& operationQueue() { return loader_.operationQueue(); }
 
     /// The order of `dataModels`, from the next snapshot on.
@@ -150,11 +218,19 @@ public:
 
     [[nodiscard]] const BackgroundLoader& loader() const { return loader_; }
 
+    /// Why the camera could not be opened and what can be done, if that is known; empty otherwise.
+    [[nodiscard]] QString accessAdvice() const;
+
+    /// What the camera calls itself; empty when there is none or it doesn't say.
+    [[nodiscard]] QString cameraName() const;
+
 private:
     class CopyPanel;
     class DeletionWatch;
     class Run;
 
+    void startTimer();
+    void later(std::chrono::milliseconds delay, std::function<void()> work);
     [[nodiscard]] ObjectList itemsAtRows(const std::vector<int>& rows) const;
     [[nodiscard]] HandlesDict handlesOf(const ObjectList& items) const;
 
@@ -166,7 +242,14 @@ private:
 
     std::atomic<bool> isError_{false};
     std::atomic<bool> receivedComplete_{true};
-    bool isCloseWanted_ = false;  ///< by the user, during a run
+    bool isDeleting_ = false;
+
+    /// What the user wants of the program as soon as a run is over.
+    enum class AfterRun : std::uint8_t { Stay, Close, Quit };
+    AfterRun afterRun_ = AfterRun::Stay;
+
+    // Gone when the controller is: what waits in the main queue looks at it first.
+    std::shared_ptr<const bool> lifeline_ = std::make_shared<const bool>(true);
 };
 
 }  // namespace nivor

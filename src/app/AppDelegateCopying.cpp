@@ -54,7 +54,7 @@ public:
     bool isStopRequested() override
     {
         // A window that is to close can't wait for a whole card to be copied.
-        if (app_.isCloseWanted_ && !session_->isStopped())
+        if (app_.afterRun_ != AfterRun::Stay && !session_->isStopped())
             controller_->stopCopying();
         return session_->isStopped();
     }
@@ -101,7 +101,7 @@ void AppDelegate::startCopyingItems(const ObjectList& items, const QUrl& destina
 {
     if (isRunUnderWay())
         return;
-    const Run thisRun(*this);
+    const Run thisRun(*this, false);
     isError_ = false;
     CopyResult result;
     {

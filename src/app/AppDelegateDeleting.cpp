@@ -81,7 +81,7 @@ void AppDelegate::startDeletingItems(const ObjectList& items)
 {
     if (isRunUnderWay())
         return;
-    const Run thisRun(*this);
+    const Run thisRun(*this, true);
     isError_ = false;
     DeletionWatch watch(*this);
     DeleteRun run(parts_.engine, parts_.logger, handlesOf(items), watch);

@@ -8,7 +8,7 @@ namespace nivor {
 /// Has the camera to itself while it lives, and closes the window afterwards if that was wanted.
 class AppDelegate::Run {
 public:
-    explicit Run(AppDelegate& app);
+    Run(AppDelegate& app, bool isDeletion);
     ~Run();
 
     Run(const Run&) = delete;

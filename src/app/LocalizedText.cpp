@@ -1,6 +1,8 @@
 #include "app/LocalizedText.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QLocale>
 #include <QTranslator>
 
 namespace nivor {
@@ -23,6 +25,25 @@ QString filledIn(const QString& text, const QStringList& arguments)
     return filled;
 }
 
+const QString english = QStringLiteral("en");
+
+QString tablePath(const QString& language)
+{
+    return QStringLiteral(":/translations/nivor_%1.qm").arg(language);
+}
+
+bool hasTable(const QString& language)
+{
+    return QFile::exists(tablePath(language));
+}
+
+void installTable(const QString& language)
+{
+    auto* table = new QTranslator(QCoreApplication::instance());
+    if (table->load(tablePath(language)))
+        QCoreApplication::installTranslator(table);
+}
+
 }  // namespace
 
 QString localizedText(const char* key)
@@ -40,11 +61,30 @@ QString localizedText(const char* key, const QString& first, const QString& seco
     return filledIn(qtTrId(key), {first, second});
 }
 
+QString localizedCount(const char* key, int count)
+{
+    return qtTrId(key, count);
+}
+
 void installTexts()
 {
-    auto* table = new QTranslator(QCoreApplication::instance());
-    if (table->load(QStringLiteral(":/translations/nivor_en.qm")))
-        QCoreApplication::installTranslator(table);
+    for (const QString& language : QLocale().uiLanguages()) {
+        // "zh-Hans-CN" is the table "zh_CN".
+        const QLocale locale(language);
+        if (hasTable(locale.name()))
+            return installTexts(locale.name());
+        if (hasTable(locale.name().section(u'_', 0, 0)))
+            return installTexts(locale.name().section(u'_', 0, 0));
+    }
+    installTexts(english);
+}
+
+void installTexts(const QString& language)
+{
+    // The one that was installed last is asked first.
+    installTable(english);
+    if (language != english)
+        installTable(language);
 }
 
 }  // namespace nivor

@@ -12,10 +12,12 @@
 
 #include <QApplication>
 #include <QPushButton>
+#include <QSettings>
 #include <QTimer>
 
 #include <algorithm>
 #include <functional>
+#include <numeric>
 
 namespace nivor::test {
 
@@ -46,7 +48,21 @@ public:
         const auto index = static_cast<std::size_t>(row);
         return index < shown.size() ? shown[index] : nullptr;
     }
+    int numberOfRows() const override { return static_cast<int>(shown.size()); }
+    int numberOfSelectedRows() const override { return static_cast<int>(selected.size()); }
+    void selectAllRows() override
+    {
+        selected.resize(shown.size());
+        std::iota(selected.begin(), selected.end(), 0);
+    }
+    void deselectAllRows() override { selected.clear(); }
+    double sliderValue() const override { return slider; }
+    void setSliderValue(double value) override { slider = value; }
+    void layOutRows() override { calls.emplace_back("lay out"); }
+    void updateStatus() override { ++statusUpdates; }
+    void saveLayout() override { calls.emplace_back("save layout"); }
     void closeWindow() override { ++closings; }
+    void endProgram() override { ++endings; }
 
     std::vector<std::string> take() { return std::exchange(calls, {}); }
 
@@ -54,7 +70,10 @@ public:
     ObjectList shown;
     std::vector<int> selected;
     int clicked = -1;
+    double slider = 0;
+    int statusUpdates = 0;
     int closings = 0;
+    int endings = 0;
     std::vector<std::string> calls;
 };
 
@@ -107,17 +126,17 @@ protected:
         chooser.answer = urlOf(folder());
     }
 
-    std::shared_ptr<SimulatedCamera> plugIn(CameraSettings settings = {})
+    std::shared_ptr<SimulatedCamera> plugIn(CameraSettings itsSettings = {})
     {
-        camera = std::make_shared<SimulatedCamera>(card, std::move(settings));
+        camera = std::make_shared<SimulatedCamera>(card, std::move(itsSettings));
         host->attach(camera);
         return camera;
     }
 
     /// Plugs the camera in and lets the program list it.
-    void list(CameraSettings settings = {})
+    void list(CameraSettings itsSettings = {})
     {
-        plugIn(std::move(settings));
+        plugIn(std::move(itsSettings));
         listWhatIsThere();
     }
 
@@ -220,6 +239,9 @@ protected:
     FakeWindow window;
     FakeAlerts alerts;
     FakeFolderChooser chooser;
+    TemporaryDirectory settingsFolder;
+    QSettings settings{QString::fromStdString((settingsFolder.path() / "settings.ini").string()),
+                       QSettings::IniFormat};
     CopyTargets::CreateFile createFile;  ///< to be set by a test with a disk of its own
     AppDelegate app{{.engine = engine,
                      .logger = log.logger(),
@@ -227,7 +249,10 @@ protected:
                      .window = window,
                      .alerts = alerts,
                      .folderChooser = chooser,
+                     .settings = settings,
                      .vendorID = anyVendorID,
+                     .version = "1.2.0",
+                     .logDirectory = log.logger().saveDirectory(),
                      .createFile = [this](const std::filesystem::path& path) {
                          return createFile ? createFile(path)
                                            : std::make_shared<FileHandle>(FileHandle::create(path));

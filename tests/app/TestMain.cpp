@@ -11,6 +11,6 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     ::testing::InitGoogleMock(&argc, argv);
     const QApplication application(argc, argv);
-    nivor::installTexts();
+    nivor::installTexts(QStringLiteral("en"));
     return RUN_ALL_TESTS();
 }

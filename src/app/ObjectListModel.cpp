@@ -1,0 +1,198 @@
+#include "app/ObjectListModel.h"
+
+#include "app/LocalizedText.h"
+#include "content/VisibleName.h"
+#include "datasets/ObjectInfoData.h"
+#include "datasets/TrimmingNullCharacters.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace nivor {
+namespace {
+
+const QString& topKey()
+{
+    static const QString key = QStringLiteral("0");
+    return key;
+}
+
+const char* columnTitleKey(int column)
+{
+    switch (column) {
+    case ObjectListModel::NameColumn:
+        return TextKey::columnName;
+    case ObjectListModel::ModifiedColumn:
+        return TextKey::columnModified;
+    case ObjectListModel::SizeColumn:
+        return TextKey::columnSize;
+    default:
+        return "";
+    }
+}
+
+}  // namespace
+
+ObjectListModel::ObjectListModel(QObject* parent)
+    : QAbstractItemModel(parent)
+    , nodes_(1)
+{
+}
+
+void ObjectListModel::reload(const std::shared_ptr<const ObjectList>& objects)
+{
+    beginResetModel();
+    nodes_.assign(1, Node());
+    numbers_.clear();
+    if (objects)
+        build(*objects);
+    endResetModel();
+}
+
+void ObjectListModel::build(const ObjectList& objects)
+{
+    QHash<QString, std::vector<std::uint32_t>> contents;
+    for (std::uint32_t i = 0; i < objects.size(); ++i)
+        contents[objects[i]->parentObject()].push_back(i);
+
+    nodes_.reserve(objects.size() + 1);
+    numbers_.reserve(static_cast<qsizetype>(objects.size()));
+    for (NodeNumber number = 0; number < nodes_.size(); ++number) {
+        if (nodes_[number].level >= deepestLevel)
+            continue;
+        // Taken out: handles are shown once, however often a camera names them.
+        const std::vector<std::uint32_t> children =
+            contents.take(number == 0 ? topKey() : nodes_[number].object->myHandle());
+        nodes_[number].firstChild = static_cast<NodeNumber>(nodes_.size());
+        nodes_[number].childCount = static_cast<NodeNumber>(children.size());
+        for (const std::uint32_t child : children) {
+            numbers_.insert(objects[child].get(), static_cast<NodeNumber>(nodes_.size()));
+            nodes_.push_back(
+                {.object = objects[child], .parent = number, .level = nodes_[number].level + 1});
+        }
+    }
+}
+
+std::shared_ptr<ObjectInfoData> ObjectListModel::object(const QModelIndex& index) const
+{
+    return nodes_[numberOf(index)].object;
+}
+
+QModelIndex ObjectListModel::indexOf(const ObjectInfoData* object) const
+{
+    const auto found = numbers_.constFind(object);
+    if (found == numbers_.cend())
+        return {};
+    const NodeNumber number = found.value();
+    const NodeNumber first = nodes_[nodes_[number].parent].firstChild;
+    return createIndex(static_cast<int>(number - first), NameColumn, quintptr{number});
+}
+
+bool ObjectListModel::isTopLevel(const QModelIndex& index) const
+{
+    return nodes_[numberOf(index)].level == 1;
+}
+
+ObjectListModel::NodeNumber ObjectListModel::numberOf(const QModelIndex& index) const
+{
+    return index.isValid() ? static_cast<NodeNumber>(index.internalId()) : 0;
+}
+
+QModelIndex ObjectListModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (!hasIndex(row, column, parent))
+        return {};
+    const NodeNumber first = nodes_[numberOf(parent)].firstChild;
+    return createIndex(row, column, quintptr{first + static_cast<NodeNumber>(row)});
+}
+
+QModelIndex ObjectListModel::parent(const QModelIndex& child) const
+{
+    const NodeNumber number = nodes_[numberOf(child)].parent;
+    if (number == 0)
+        return {};
+    const NodeNumber first = nodes_[nodes_[number].parent].firstChild;
+    return createIndex(static_cast<int>(number - first), NameColumn, quintptr{number});
+}
+
+int ObjectListModel::rowCount(const QModelIndex& parent) const
+{
+    if (parent.column() > NameColumn)
+        return 0;
+    return static_cast<int>(nodes_[numberOf(parent)].childCount);
+}
+
+int ObjectListModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.column() > NameColumn ? 0 : columnTotal;
+}
+
+bool ObjectListModel::hasChildren(const QModelIndex& parent) const
+{
+    return rowCount(parent) > 0;
+}
+
+QVariant ObjectListModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+        return text(index);
+    case Qt::ToolTipRole:
+        return index.column() == NameColumn ? text(index) : QVariant();
+    case Qt::TextAlignmentRole:
+        return static_cast<int>((index.column() == SizeColumn ? Qt::AlignRight : Qt::AlignLeft)
+                                | Qt::AlignVCenter);
+    default:
+        return {};
+    }
+}
+
+QVariant ObjectListModel::text(const QModelIndex& index) const
+{
+    const Node& node = nodes_[numberOf(index)];
+    const ObjectInfoData& object = *node.object;
+    if (index.column() == NameColumn)
+        return visibleName(NVX_stringByTrimmingNullCharacters(object.fileName()));
+    // What lies at the top shows a name only.
+    if (node.parent == 0)
+        return {};
+    if (index.column() == ModifiedColumn) {
+        const QDateTime date = object.modifiedDate();
+        return date.isValid() ? locale_.toString(date, QLocale::ShortFormat) : QVariant();
+    }
+    const std::uint64_t size = object.objectCompressedSize();
+    if (size == 0)
+        return {};
+    const auto shown =
+        static_cast<qint64>(std::min<std::uint64_t>(size, std::numeric_limits<qint64>::max()));
+    return locale_.formattedDataSize(shown, 1, QLocale::DataSizeSIFormat);
+}
+
+QVariant ObjectListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnTotal)
+        return {};
+    if (role == Qt::DisplayRole)
+        return localizedText(columnTitleKey(section));
+    if (role == Qt::TextAlignmentRole)
+        return static_cast<int>((section == SizeColumn ? Qt::AlignRight : Qt::AlignLeft)
+                                | Qt::AlignVCenter);
+    return {};
+}
+
+Qt::ItemFlags ObjectListModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    // A view then need not ask for the contents of every file when it expands all.
+    if (nodes_[numberOf(index)].childCount == 0)
+        flags |= Qt::ItemNeverHasChildren;
+    return flags;
+}
+
+}  // namespace nivor

@@ -1,0 +1,324 @@
+#include "app/OutlineView.h"
+
+#include "app/IconSet.h"
+#include "app/ObjectListModel.h"
+#include "datasets/ObjectInfoData.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <utility>
+
+namespace nivor {
+namespace {
+
+constexpr int arrowWidth = 16;
+constexpr int iconWidth = 16;
+constexpr int iconMargin = 3;
+
+}  // namespace
+
+OutlineView::OutlineView(ObjectListModel& model)
+    : objects_(model)
+{
+    setModel(&model);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setAllColumnsShowFocus(true);
+    setAlternatingRowColors(true);
+    setUniformRowHeights(false);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setExpandsOnDoubleClick(true);
+    // Drags are begun here, by horizontal motion only.
+    setDragEnabled(false);
+    setIndentation(arrowWidth + iconWidth + iconMargin);
+    setAnimated(false);
+    header()->setSectionsClickable(true);
+    header()->setSortIndicatorShown(true);
+    header()->setStretchLastSection(false);
+
+    const auto forget = [this] { forgetRows(); };
+    connect(this, &QTreeView::expanded, this, forget);
+    connect(this, &QTreeView::collapsed, this, forget);
+    connect(&model, &QAbstractItemModel::modelReset, this, forget);
+    connect(this, &QTreeView::collapsed, this, [this] { actions_.selectionChanged(); });
+    connect(this, &QTreeView::expanded, this, [this] {
+        if (!isReloading_)
+            actions_.selectionChanged();
+    });
+}
+
+const std::vector<QModelIndex>& OutlineView::visibleRows() const
+{
+    if (std::exchange(rowsAreKnown_, true))
+        return visibleRows_;
+    visibleRows_.clear();
+    // A stack of one's own: nothing says how deep a camera's folders go.
+    std::vector<QModelIndex> pending;
+    const auto addContents = [&](const QModelIndex& parent) {
+        for (int row = objects_.rowCount(parent); row-- > 0;)
+            pending.push_back(objects_.index(row, ObjectListModel::NameColumn, parent));
+    };
+    addContents({});
+    while (!pending.empty()) {
+        const QModelIndex next = pending.back();
+        pending.pop_back();
+        visibleRows_.push_back(next);
+        if (isExpanded(next))
+            addContents(next);
+    }
+    return visibleRows_;
+}
+
+std::vector<int> OutlineView::selectedRowIndexes() const
+{
+    std::vector<int> rows;
+    if (selectionModel()->selection().isEmpty())
+        return rows;
+    QSet<quintptr> selected;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            selected.insert(
+                objects_.index(row, ObjectListModel::NameColumn, range.parent()).internalId());
+    }
+    const std::vector<QModelIndex>& visible = visibleRows();
+    for (std::size_t i = 0; i < visible.size(); ++i) {
+        if (selected.contains(visible[i].internalId()))
+            rows.push_back(static_cast<int>(i));
+    }
+    return rows;
+}
+
+int OutlineView::numberOfSelectedRows() const
+{
+    return static_cast<int>(selectedRowIndexes().size());
+}
+
+std::shared_ptr<ObjectInfoData> OutlineView::itemAtRow(int row) const
+{
+    const std::vector<QModelIndex>& visible = visibleRows();
+    const auto index = static_cast<std::size_t>(row);
+    return row >= 0 && index < visible.size() ? objects_.object(visible[index]) : nullptr;
+}
+
+int OutlineView::clickedRow() const
+{
+    if (!clicked_.isValid())
+        return -1;
+    const std::vector<QModelIndex>& visible = visibleRows();
+    const auto found = std::find(visible.begin(), visible.end(), QModelIndex(clicked_));
+    return found == visible.end() ? -1 : static_cast<int>(found - visible.begin());
+}
+
+void OutlineView::expandAllItems()
+{
+    isReloading_ = true;
+    expandAll();
+    isReloading_ = false;
+    forgetRows();
+}
+
+void OutlineView::selectAll()
+{
+    select(visibleRows());
+}
+
+/// One range for the rows of a folder that lie side by side: to add row after row takes a time that
+/// grows with the square of their number.
+void OutlineView::select(const std::vector<QModelIndex>& rows)
+{
+    QItemSelection selection;
+    const auto last = [](const QModelIndex& index) {
+        return index.siblingAtColumn(ObjectListModel::columnTotal - 1);
+    };
+    // The rows of a folder follow each other, but for the contents of folders in between.
+    std::vector<QModelIndex> sorted = rows;
+    std::sort(sorted.begin(), sorted.end(), [](const QModelIndex& a, const QModelIndex& b) {
+        return a.internalId() < b.internalId();
+    });
+    for (std::size_t i = 0; i < sorted.size();) {
+        std::size_t end = i + 1;
+        while (end < sorted.size() && sorted[end].parent() == sorted[i].parent()
+               && sorted[end].row() == sorted[end - 1].row() + 1)
+            ++end;
+        selection.append(QItemSelectionRange(sorted[i], last(sorted[end - 1])));
+        i = end;
+    }
+    clearSelection();
+    selectionModel()->select(selection, QItemSelectionModel::Select);
+}
+
+OutlineView::Place OutlineView::place() const
+{
+    Place place;
+    for (const int row : selectedRowIndexes())
+        place.selected.push_back(itemAtRow(row));
+    for (const QModelIndex& index : visibleRows()) {
+        if (objects_.hasChildren(index) && !isExpanded(index))
+            place.closed.insert(objects_.object(index).get());
+    }
+    place.current = objects_.object(currentIndex()).get();
+    const QModelIndex top = indexAt({0, 0});
+    place.top = objects_.object(top).get();
+    place.topOffset = visualRect(top).top();
+    return place;
+}
+
+void OutlineView::restore(const Place& place)
+{
+    for (const QModelIndex& index : std::vector<QModelIndex>(visibleRows())) {
+        if (place.closed.contains(objects_.object(index).get()))
+            collapse(index);
+    }
+    std::vector<QModelIndex> rows;
+    for (const auto& object : place.selected) {
+        if (const QModelIndex index = objects_.indexOf(object.get()); index.isValid())
+            rows.push_back(index);
+    }
+    if (const QModelIndex current = objects_.indexOf(place.current); current.isValid())
+        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    if (!rows.empty())
+        select(rows);
+    if (const QModelIndex top = objects_.indexOf(place.top); top.isValid()) {
+        scrollTo(top, QAbstractItemView::PositionAtTop);
+        verticalScrollBar()->setValue(verticalScrollBar()->value() - place.topOffset);
+    }
+}
+
+void OutlineView::reloadKeepingPlace(const std::function<void()>& reload)
+{
+    const Place before = place();
+    isReloading_ = true;
+    setUpdatesEnabled(false);
+    reload();
+    expandAll();
+    forgetRows();
+    restore(before);
+    setUpdatesEnabled(true);
+    isReloading_ = false;
+    actions_.selectionChanged();
+}
+
+void OutlineView::layOutRowsKeepingPlace()
+{
+    const QModelIndex top = indexAt({0, 0});
+    const bool isAtTop = verticalScrollBar()->value() == 0;
+    doItemsLayout();
+    if (top.isValid() && !isAtTop)
+        scrollTo(top, QAbstractItemView::PositionAtTop);
+}
+
+void OutlineView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
+{
+    QTreeView::selectionChanged(selected, deselected);
+    if (!isReloading_ && actions_.selectionChanged)
+        actions_.selectionChanged();
+}
+
+bool OutlineView::canDragFrom(const QPoint& position) const
+{
+    const QModelIndex index = indexAt(position);
+    if (!index.isValid() || !selectionModel()->isSelected(index))
+        return false;
+    // Left of the cell is the arrow.
+    const QModelIndex name = index.siblingAtColumn(ObjectListModel::NameColumn);
+    return position.x() >= visualRect(name).left();
+}
+
+void OutlineView::mousePressEvent(QMouseEvent* event)
+{
+    // A right click opens a menu and leaves the selection as it is.
+    if (event->button() == Qt::RightButton)
+        return;
+    QTreeView::mousePressEvent(event);
+    if (event->button() != Qt::LeftButton)
+        return;
+    pressedAt_ = event->position().toPoint();
+    gesture_ = canDragFrom(pressedAt_) ? Gesture::Undecided : Gesture::Selecting;
+}
+
+void OutlineView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (gesture_ == Gesture::Undecided) {
+        const QPoint way = event->position().toPoint() - pressedAt_;
+        if (way.manhattanLength() < QApplication::startDragDistance())
+            return;
+        // Up and down extends the selection; only a motion to the side drags.
+        gesture_ = std::abs(way.x()) > std::abs(way.y()) ? Gesture::Dragging : Gesture::Selecting;
+        if (gesture_ == Gesture::Dragging) {
+            setState(QAbstractItemView::NoState);
+            actions_.dragWanted();
+            gesture_ = Gesture::None;
+            return;
+        }
+    }
+    if (gesture_ == Gesture::Selecting)
+        QTreeView::mouseMoveEvent(event);
+}
+
+void OutlineView::mouseReleaseEvent(QMouseEvent* event)
+{
+    const Gesture gesture = std::exchange(gesture_, Gesture::None);
+    if (event->button() == Qt::RightButton)
+        return;
+    QTreeView::mouseReleaseEvent(event);
+    if (event->button() == Qt::LeftButton && gesture != Gesture::None)
+        actions_.wasClicked();
+}
+
+void OutlineView::contextMenuEvent(QContextMenuEvent* event)
+{
+    // From the keyboard there is no row under the mouse; the menu acts on the selection then.
+    if (event->reason() == QContextMenuEvent::Mouse)
+        clicked_ = indexAt(event->pos()).siblingAtColumn(ObjectListModel::NameColumn);
+    viewport()->update();
+    const QRect current = visualRect(currentIndex());
+    actions_.contextMenuWanted(event->reason() == QContextMenuEvent::Mouse
+                                   ? event->globalPos()
+                                   : viewport()->mapToGlobal(current.center()));
+    clicked_ = QModelIndex();
+    viewport()->update();
+}
+
+void OutlineView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const
+{
+    QTreeView::drawRow(painter, option, index);
+    if (clicked_ != index.siblingAtColumn(ObjectListModel::NameColumn))
+        return;
+    // The row that the menu is about, which need not be selected.
+    painter->save();
+    painter->setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+    painter->restore();
+}
+
+void OutlineView::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const
+{
+    // The room left of the name: an arrow where there are contents, then what kind of thing it is.
+    const QRect own(rect.right() + 1 - indentation(), rect.top(), indentation(), rect.height());
+    if (objects_.hasChildren(index)) {
+        QStyleOption arrow;
+        arrow.initFrom(this);
+        arrow.rect = QRect(own.left(), own.top(), arrowWidth, own.height());
+        arrow.state |= QStyle::State_Children | QStyle::State_Item;
+        if (isExpanded(index))
+            arrow.state |= QStyle::State_Open;
+        style()->drawPrimitive(QStyle::PE_IndicatorBranch, &arrow, painter, this);
+    }
+    const auto object = objects_.object(index);
+    const QIcon icon = object ? kindIcon(*object) : QIcon();
+    if (!icon.isNull()) {
+        icon.paint(painter, QRect(own.left() + arrowWidth, own.top(), iconWidth, own.height()),
+                   Qt::AlignCenter);
+    }
+}
+
+}  // namespace nivor
