@@ -49,14 +49,16 @@ void ObjectDelegate::setSlider(double value, double maximum)
 
 double ObjectDelegate::heightOf(const QModelIndex& index) const
 {
-    const auto object = model_.object(index);
-    return rowHeight(object && object->isAssociation(), slider_, maximum_) * pixelsPerPoint_;
+    return rowHeight(model_.isFolder(index), slider_, maximum_) * pixelsPerPoint_;
 }
 
 QSize ObjectDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
                                const QModelIndex& index) const
 {
     constexpr int anyWidth = 100;
+    // The first cell of a row decides for all.
+    if (index.column() != ObjectListModel::NameColumn)
+        return {anyWidth, 1};
     return {anyWidth, qCeil(heightOf(index))};
 }
 
@@ -69,8 +71,7 @@ void ObjectDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &view, painter, view.widget);
 
     QRectF room = view.rect;
-    const auto object = model_.object(index);
-    if (index.column() == ObjectListModel::NameColumn && object && !object->isAssociation()) {
+    if (index.column() == ObjectListModel::NameColumn && !model_.isFolder(index)) {
         const QSizeF size = thumbnailFrame(heightOf(index));
         const QRectF frame(room.topLeft(), size);
         paintThumbnail(*painter, frame, index, painter->device()->devicePixelRatioF());

@@ -57,8 +57,7 @@ void ObjectListModel::build(const ObjectList& objects)
         contents[objects[i]->parentObject()].push_back(i);
 
     nodes_.reserve(objects.size() + 1);
-    numbers_.reserve(static_cast<qsizetype>(objects.size()));
-    for (NodeNumber number = 0; number < nodes_.size(); ++number) {
+    for (NodeNumber number = 0; number < nodes_.size() && !contents.isEmpty(); ++number) {
         if (nodes_[number].level >= deepestLevel)
             continue;
         // Taken out: handles are shown once, however often a camera names them.
@@ -67,9 +66,10 @@ void ObjectListModel::build(const ObjectList& objects)
         nodes_[number].firstChild = static_cast<NodeNumber>(nodes_.size());
         nodes_[number].childCount = static_cast<NodeNumber>(children.size());
         for (const std::uint32_t child : children) {
-            numbers_.insert(objects[child].get(), static_cast<NodeNumber>(nodes_.size()));
-            nodes_.push_back(
-                {.object = objects[child], .parent = number, .level = nodes_[number].level + 1});
+            nodes_.push_back({.object = objects[child],
+                              .parent = number,
+                              .level = static_cast<std::uint16_t>(nodes_[number].level + 1),
+                              .isFolder = objects[child]->isAssociation()});
         }
     }
 }
@@ -81,12 +81,22 @@ std::shared_ptr<ObjectInfoData> ObjectListModel::object(const QModelIndex& index
 
 QModelIndex ObjectListModel::indexOf(const ObjectInfoData* object) const
 {
+    if (numbers_.isEmpty()) {
+        numbers_.reserve(size());
+        for (NodeNumber number = 1; number < nodes_.size(); ++number)
+            numbers_.insert(nodes_[number].object.get(), number);
+    }
     const auto found = numbers_.constFind(object);
     if (found == numbers_.cend())
         return {};
     const NodeNumber number = found.value();
     const NodeNumber first = nodes_[nodes_[number].parent].firstChild;
     return createIndex(static_cast<int>(number - first), NameColumn, quintptr{number});
+}
+
+bool ObjectListModel::isFolder(const QModelIndex& index) const
+{
+    return nodes_[numberOf(index)].isFolder;
 }
 
 bool ObjectListModel::isTopLevel(const QModelIndex& index) const
@@ -114,6 +124,15 @@ QModelIndex ObjectListModel::parent(const QModelIndex& child) const
         return {};
     const NodeNumber first = nodes_[nodes_[number].parent].firstChild;
     return createIndex(static_cast<int>(number - first), NameColumn, quintptr{number});
+}
+
+/// A view asks for the other cells of a row more often than for anything else.
+QModelIndex ObjectListModel::sibling(int row, int column, const QModelIndex& index) const
+{
+    if (row != index.row() || !index.isValid())
+        return QAbstractItemModel::sibling(row, column, index);
+    return column >= 0 && column < columnTotal ? createIndex(row, column, index.internalId())
+                                               : QModelIndex();
 }
 
 int ObjectListModel::rowCount(const QModelIndex& parent) const

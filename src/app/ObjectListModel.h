@@ -35,6 +35,9 @@ public:
     /// Its row, in the first column; invalid when the object is not shown.
     [[nodiscard]] QModelIndex indexOf(const ObjectInfoData* object) const;
 
+    /// Whether it is a folder, which its row's height depends on.
+    [[nodiscard]] bool isFolder(const QModelIndex& index) const;
+
     /// Whether it names no folder as its parent.
     [[nodiscard]] bool isTopLevel(const QModelIndex& index) const;
 
@@ -43,6 +46,7 @@ public:
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& child) const override;
+    QModelIndex sibling(int row, int column, const QModelIndex& index) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     bool hasChildren(const QModelIndex& parent = {}) const override;
@@ -59,7 +63,8 @@ private:
         NodeNumber parent = 0;
         NodeNumber firstChild = 0;
         NodeNumber childCount = 0;
-        std::uint32_t level = 0;
+        std::uint16_t level = 0;
+        bool isFolder = false;
     };
 
     void build(const ObjectList& objects);
@@ -67,7 +72,7 @@ private:
     [[nodiscard]] QVariant text(const QModelIndex& index) const;
 
     std::vector<Node> nodes_;
-    QHash<const ObjectInfoData*, NodeNumber> numbers_;
+    mutable QHash<const ObjectInfoData*, NodeNumber> numbers_;  ///< made when it is first needed
     QLocale locale_;
 };
 

@@ -17,6 +17,7 @@
 namespace nivor {
 namespace {
 
+constexpr int mostRowsByPixel = 20'000;
 constexpr int arrowWidth = 16;
 constexpr int iconWidth = 16;
 constexpr int iconMargin = 3;
@@ -47,6 +48,7 @@ OutlineView::OutlineView(ObjectListModel& model)
     const auto forget = [this] { forgetRows(); };
     connect(this, &QTreeView::expanded, this, forget);
     connect(this, &QTreeView::collapsed, this, forget);
+    connect(this, &QTreeView::collapsed, this, [this] { isAllExpanded_ = false; });
     connect(&model, &QAbstractItemModel::modelReset, this, forget);
     connect(this, &QTreeView::collapsed, this, [this] { actions_.selectionChanged(); });
     connect(this, &QTreeView::expanded, this, [this] {
@@ -77,28 +79,33 @@ const std::vector<QModelIndex>& OutlineView::visibleRows() const
     return visibleRows_;
 }
 
-std::vector<int> OutlineView::selectedRowIndexes() const
+const std::vector<int>& OutlineView::selectedRowIndexes() const
 {
-    std::vector<int> rows;
-    if (selectionModel()->selection().isEmpty())
-        return rows;
-    QSet<quintptr> selected;
-    for (const QItemSelectionRange& range : selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            selected.insert(
-                objects_.index(row, ObjectListModel::NameColumn, range.parent()).internalId());
+    if (std::exchange(selectionIsKnown_, true))
+        return selectedRows_;
+    selectedRows_.clear();
+    const QItemSelection selection = selectionModel()->selection();
+    if (selection.isEmpty())
+        return selectedRows_;
+    std::vector<bool> isSelected(static_cast<std::size_t>(objects_.size()) + 1, false);
+    for (const QItemSelectionRange& range : selection) {
+        const quintptr first =
+            objects_.index(range.top(), ObjectListModel::NameColumn, range.parent()).internalId();
+        for (int i = 0; i < range.height(); ++i)
+            isSelected[first + static_cast<quintptr>(i)] = true;
     }
     const std::vector<QModelIndex>& visible = visibleRows();
     for (std::size_t i = 0; i < visible.size(); ++i) {
-        if (selected.contains(visible[i].internalId()))
-            rows.push_back(static_cast<int>(i));
+        if (isSelected[visible[i].internalId()])
+            selectedRows_.push_back(static_cast<int>(i));
     }
-    return rows;
+    return selectedRows_;
 }
 
-int OutlineView::numberOfSelectedRows() const
+void OutlineView::forgetRows()
 {
-    return static_cast<int>(selectedRowIndexes().size());
+    rowsAreKnown_ = false;
+    selectionIsKnown_ = false;
 }
 
 std::shared_ptr<ObjectInfoData> OutlineView::itemAtRow(int row) const
@@ -119,9 +126,12 @@ int OutlineView::clickedRow() const
 
 void OutlineView::expandAllItems()
 {
+    if (isAllExpanded_)
+        return;
     isReloading_ = true;
     expandAll();
     isReloading_ = false;
+    isAllExpanded_ = true;
     forgetRows();
 }
 
@@ -138,14 +148,14 @@ void OutlineView::select(const std::vector<QModelIndex>& rows)
     const auto last = [](const QModelIndex& index) {
         return index.siblingAtColumn(ObjectListModel::columnTotal - 1);
     };
-    // The rows of a folder follow each other, but for the contents of folders in between.
+    // Neighbours in a folder have neighbouring numbers; the first of a folder has row 0.
     std::vector<QModelIndex> sorted = rows;
     std::sort(sorted.begin(), sorted.end(), [](const QModelIndex& a, const QModelIndex& b) {
         return a.internalId() < b.internalId();
     });
     for (std::size_t i = 0; i < sorted.size();) {
         std::size_t end = i + 1;
-        while (end < sorted.size() && sorted[end].parent() == sorted[i].parent()
+        while (end < sorted.size() && sorted[end].internalId() == sorted[end - 1].internalId() + 1
                && sorted[end].row() == sorted[end - 1].row() + 1)
             ++end;
         selection.append(QItemSelectionRange(sorted[i], last(sorted[end - 1])));
@@ -160,9 +170,11 @@ OutlineView::Place OutlineView::place() const
     Place place;
     for (const int row : selectedRowIndexes())
         place.selected.push_back(itemAtRow(row));
-    for (const QModelIndex& index : visibleRows()) {
-        if (objects_.hasChildren(index) && !isExpanded(index))
-            place.closed.insert(objects_.object(index).get());
+    if (!isAllExpanded_) {
+        for (const QModelIndex& index : visibleRows()) {
+            if (objects_.hasChildren(index) && !isExpanded(index))
+                place.closed.insert(objects_.object(index).get());
+        }
     }
     place.current = objects_.object(currentIndex()).get();
     const QModelIndex top = indexAt({0, 0});
@@ -173,8 +185,8 @@ OutlineView::Place OutlineView::place() const
 
 void OutlineView::restore(const Place& place)
 {
-    for (const QModelIndex& index : std::vector<QModelIndex>(visibleRows())) {
-        if (place.closed.contains(objects_.object(index).get()))
+    for (const ObjectInfoData* folder : place.closed) {
+        if (const QModelIndex index = objects_.indexOf(folder); index.isValid())
             collapse(index);
     }
     std::vector<QModelIndex> rows;
@@ -188,7 +200,8 @@ void OutlineView::restore(const Place& place)
         select(rows);
     if (const QModelIndex top = objects_.indexOf(place.top); top.isValid()) {
         scrollTo(top, QAbstractItemView::PositionAtTop);
-        verticalScrollBar()->setValue(verticalScrollBar()->value() - place.topOffset);
+        if (verticalScrollMode() == QAbstractItemView::ScrollPerPixel)
+            verticalScrollBar()->setValue(verticalScrollBar()->value() - place.topOffset);
     }
 }
 
@@ -198,8 +211,12 @@ void OutlineView::reloadKeepingPlace(const std::function<void()>& reload)
     isReloading_ = true;
     setUpdatesEnabled(false);
     reload();
-    expandAll();
-    forgetRows();
+    // By pixels a view has to know the height of every row, above and below.
+    setVerticalScrollMode(objects_.size() > mostRowsByPixel ? QAbstractItemView::ScrollPerItem
+                                                            : QAbstractItemView::ScrollPerPixel);
+    isAllExpanded_ = false;
+    expandAllItems();
+    isReloading_ = true;
     restore(before);
     setUpdatesEnabled(true);
     isReloading_ = false;
@@ -218,8 +235,15 @@ void OutlineView::layOutRowsKeepingPlace()
 void OutlineView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
 {
     QTreeView::selectionChanged(selected, deselected);
+    selectionIsKnown_ = false;
     if (!isReloading_ && actions_.selectionChanged)
         actions_.selectionChanged();
+}
+
+/// To find out what exactly has to be painted anew takes far longer than to paint it all.
+QRegion OutlineView::visualRegionForSelection(const QItemSelection& /*selection*/) const
+{
+    return viewport()->rect();
 }
 
 bool OutlineView::canDragFrom(const QPoint& position) const

@@ -42,8 +42,11 @@ public:
 
     /// Rows that are shown: those in closed folders don't count.
     [[nodiscard]] int numberOfRows() const { return static_cast<int>(visibleRows().size()); }
-    [[nodiscard]] std::vector<int> selectedRowIndexes() const;
-    [[nodiscard]] int numberOfSelectedRows() const;
+    [[nodiscard]] const std::vector<int>& selectedRowIndexes() const;
+    [[nodiscard]] int numberOfSelectedRows() const
+    {
+        return static_cast<int>(selectedRowIndexes().size());
+    }
     [[nodiscard]] std::shared_ptr<ObjectInfoData> itemAtRow(int row) const;
 
     /// The row under the context menu, while that is open; -1 otherwise.
@@ -61,6 +64,7 @@ protected:
                  const QModelIndex& index) const override;
     void drawBranches(QPainter* painter, const QRect& rect,
                       const QModelIndex& index) const override;
+    QRegion visualRegionForSelection(const QItemSelection& selection) const override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
 
@@ -78,7 +82,7 @@ private:
     };
 
     [[nodiscard]] const std::vector<QModelIndex>& visibleRows() const;
-    void forgetRows() { rowsAreKnown_ = false; }
+    void forgetRows();
     [[nodiscard]] Place place() const;
     void restore(const Place& place);
     void select(const std::vector<QModelIndex>& rows);
@@ -88,6 +92,9 @@ private:
     Actions actions_;
     mutable std::vector<QModelIndex> visibleRows_;
     mutable bool rowsAreKnown_ = false;
+    mutable std::vector<int> selectedRows_;
+    mutable bool selectionIsKnown_ = false;
+    bool isAllExpanded_ = false;
 
     Gesture gesture_ = Gesture::None;
     QPoint pressedAt_;

@@ -2,6 +2,8 @@
 
 #include <QList>
 
+#include <algorithm>
+
 namespace nivor {
 namespace {
 
@@ -24,6 +26,13 @@ bool separatesLines(char32_t character)
 
 QString visibleName(const QString& name)
 {
+    // Nearly every name is harmless, and names are shown again and again.
+    const bool isHarmless = std::none_of(name.begin(), name.end(), [](QChar unit) {
+        const char16_t code = unit.unicode();
+        return code < 0x20 || code >= 0x7F;
+    });
+    if (isHarmless)
+        return name;
     QString visible;
     visible.reserve(name.size());
     // toUcs4 gives U+FFFD for half a pair.
