@@ -49,6 +49,8 @@
     <message id="okButtonMessage"><source></source><translation>OK</translation></message>
     <message id="selectAllButtonTitle"><source></source><translation>Alles auswählen</translation></message>
     <message id="selectAllButtonToolTip"><source></source><translation>Wählt alle Zeilen aus oder hebt die Auswahl auf, wenn alle ausgewählt sind</translation></message>
+    <message id="statusCopied"><source></source><translation>%1 von %2 Dateien kopiert</translation></message>
+    <message id="statusDeleted"><source></source><translation>%1 von %2 Dateien gelöscht</translation></message>
     <message id="statusDeleting"><source></source><translation>Wird gelöscht…</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n Element</numerusform><numerusform>%n Elemente</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>Keine Kamera</translation></message>

@@ -49,6 +49,8 @@
     <message id="okButtonMessage"><source></source><translation>OK</translation></message>
     <message id="selectAllButtonTitle"><source></source><translation>Select All</translation></message>
     <message id="selectAllButtonToolTip"><source></source><translation>Selects every row, or none when all are selected</translation></message>
+    <message id="statusCopied"><source></source><translation>%1 of %2 files copied</translation></message>
+    <message id="statusDeleted"><source></source><translation>%1 of %2 files deleted</translation></message>
     <message id="statusDeleting"><source></source><translation>Deleting…</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n item</numerusform><numerusform>%n items</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>No camera</translation></message>

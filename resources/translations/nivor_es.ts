@@ -49,6 +49,8 @@
     <message id="okButtonMessage"><source></source><translation>Aceptar</translation></message>
     <message id="selectAllButtonTitle"><source></source><translation>Seleccionar todo</translation></message>
     <message id="selectAllButtonToolTip"><source></source><translation>Selecciona todas las filas, o ninguna si todas están seleccionadas</translation></message>
+    <message id="statusCopied"><source></source><translation>%1 de %2 archivos copiados</translation></message>
+    <message id="statusDeleted"><source></source><translation>%1 de %2 archivos eliminados</translation></message>
     <message id="statusDeleting"><source></source><translation>Eliminando…</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n elemento</numerusform><numerusform>%n elementos</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>Sin cámara</translation></message>

@@ -49,6 +49,8 @@
     <message id="okButtonMessage"><source></source><translation>OK</translation></message>
     <message id="selectAllButtonTitle"><source></source><translation>Tout sélectionner</translation></message>
     <message id="selectAllButtonToolTip"><source></source><translation>Sélectionne toutes les lignes, ou aucune si elles sont toutes sélectionnées</translation></message>
+    <message id="statusCopied"><source></source><translation>%1 fichiers copiés sur %2</translation></message>
+    <message id="statusDeleted"><source></source><translation>%1 fichiers supprimés sur %2</translation></message>
     <message id="statusDeleting"><source></source><translation>Suppression…</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n élément</numerusform><numerusform>%n éléments</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>Aucun appareil photo</translation></message>

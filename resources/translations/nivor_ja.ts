@@ -49,6 +49,8 @@
     <message id="okButtonMessage"><source></source><translation>OK</translation></message>
     <message id="selectAllButtonTitle"><source></source><translation>すべて選択</translation></message>
     <message id="selectAllButtonToolTip"><source></source><translation>すべての行を選択（すべて選択済みの場合は選択を解除）</translation></message>
+    <message id="statusCopied"><source></source><translation>%2 個中 %1 個のファイルをコピーしました</translation></message>
+    <message id="statusDeleted"><source></source><translation>%2 個中 %1 個のファイルを削除しました</translation></message>
     <message id="statusDeleting"><source></source><translation>削除中…</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n個の項目</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>カメラなし</translation></message>

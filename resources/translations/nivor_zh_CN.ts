@@ -49,6 +49,8 @@
     <message id="okButtonMessage"><source></source><translation>确定</translation></message>
     <message id="selectAllButtonTitle"><source></source><translation>全选</translation></message>
     <message id="selectAllButtonToolTip"><source></source><translation>选择所有行；若已全部选择，则取消选择</translation></message>
+    <message id="statusCopied"><source></source><translation>已复制 %1 个文件（共 %2 个）</translation></message>
+    <message id="statusDeleted"><source></source><translation>已删除 %1 个文件（共 %2 个）</translation></message>
     <message id="statusDeleting"><source></source><translation>正在删除…</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n 个项目</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>未连接相机</translation></message>

@@ -4,6 +4,7 @@
 #include "app/AppDelegateRun.h"
 #include "app/CopyProgressPanel.h"
 #include "app/FolderChooser.h"
+#include "app/LocalizedText.h"
 #include "app/MainWindowOutlets.h"
 #include "app/ModalSession.h"
 #include "app/NVXProgressPanelController.h"
@@ -110,6 +111,10 @@ void AppDelegate::startCopyingItems(const ObjectList& items, const QUrl& destina
         const QByteArray folder = QFile::encodeName(destination.toLocalFile());
         result = run.startCopyingItems(items, folder.toStdString(), panel.controller());
     }
+    // The alert is about the last file only; this is about them all.
+    parts_.window.showMessage(
+        localizedText(TextKey::statusCopied, QString::number(result.copiedCount()),
+                      QString::number(result.files.size() + result.filesNotBegun)));
     if (!result.isStopped && result.isError)
         showCopyErrorAlert(failureLines(result));
 }

@@ -86,6 +86,9 @@ void AppDelegate::startDeletingItems(const ObjectList& items)
     DeletionWatch watch(*this);
     DeleteRun run(parts_.engine, parts_.logger, handlesOf(items), watch);
     const DeleteResult result = run.startDeletingItems(items);
+    parts_.window.showMessage(localizedText(TextKey::statusDeleted,
+                                            QString::number(result.deletedCount()),
+                                            QString::number(result.files.size())));
     if (result.isError)
         showCopyErrorAlert(failureLines(result));
     parts_.window.reloadData();

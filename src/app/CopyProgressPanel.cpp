@@ -26,7 +26,8 @@ CopyProgressPanel::CopyProgressPanel(std::function<void()> stop)
     , stopButton_(new QPushButton)
 {
     setWindowTitle(localizedText(TextKey::copyPanelTitle));
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint
+                   | Qt::WindowCloseButtonHint);
 
     progressBar_->setRange(0, 1000);
     progressBar_->setTextVisible(false);

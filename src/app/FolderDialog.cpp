@@ -2,6 +2,7 @@
 
 #include "app/LocalizedText.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QSettings>
 #include <QStandardPaths>
@@ -21,7 +22,8 @@ FolderDialog::FolderDialog(QWidget* parent, QSettings& settings)
 
 std::optional<QUrl> FolderDialog::chooseFolder()
 {
-    const QString usual = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    const QString usual = QDir(pictures).exists() ? pictures : QDir::homePath();
     const QString folder = QFileDialog::getExistingDirectory(
         parent_, localizedText(TextKey::chooseFolderTitle),
         settings_.value(lastFolderKey, usual).toString(), QFileDialog::ShowDirsOnly);

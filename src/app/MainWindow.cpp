@@ -37,6 +37,7 @@ constexpr int firstModifiedWidth = 190;
 constexpr int firstSizeWidth = 110;
 constexpr int toolIconSize = 24;
 constexpr int sliderWidth = 150;
+constexpr int statusMargin = 3;
 constexpr int sliderIconSize = 18;
 constexpr double sliderStep = 10.0;
 constexpr int messageMilliseconds = 10'000;
@@ -92,6 +93,7 @@ MainWindow::MainWindow(MainQueue& mainQueue, QSettings& settings)
     makeToolBar();
     makePages();
     statusBar()->addWidget(status_, 1);
+    status_->setMargin(statusMargin);
     status_->setTextFormat(Qt::PlainText);
     setIcons();
     fitRowsToFont();

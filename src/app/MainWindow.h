@@ -44,9 +44,6 @@ public:
     void addSimulationMenu(const std::function<void()>& unplug,
                            const std::function<void()>& plugIn);
 
-    /// Says something in the status line for a while.
-    void showMessage(const QString& text);
-
     // The outlets, as the controller uses them.
     void reloadData() override;
     void expandAllItems() override;
@@ -63,6 +60,7 @@ public:
     void setSliderValue(double value) override;
     void layOutRows() override;
     void updateStatus() override;
+    void showMessage(const QString& text) override;
     void saveLayout() override;
     void closeWindow() override;
     void endProgram() override;

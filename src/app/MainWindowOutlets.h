@@ -40,6 +40,9 @@ public:
     /// Something that the window tells about the camera may have changed.
     virtual void updateStatus() = 0;
 
+    /// Says something in the status line for a while.
+    virtual void showMessage(const QString& text) = 0;
+
     /// Keeps in the settings what the user has made of the window.
     virtual void saveLayout() = 0;
 

@@ -60,6 +60,7 @@ public:
     void setSliderValue(double value) override { slider = value; }
     void layOutRows() override { calls.emplace_back("lay out"); }
     void updateStatus() override { ++statusUpdates; }
+    void showMessage(const QString& text) override { message = text.toStdString(); }
     void saveLayout() override { calls.emplace_back("save layout"); }
     void closeWindow() override { ++closings; }
     void endProgram() override { ++endings; }
@@ -72,6 +73,7 @@ public:
     int clicked = -1;
     double slider = 0;
     int statusUpdates = 0;
+    std::string message;
     int closings = 0;
     int endings = 0;
     std::vector<std::string> calls;

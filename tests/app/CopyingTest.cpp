@@ -267,6 +267,8 @@ TEST_F(AppCopying, AFailureBeforeASuccessIsNotTold)
     EXPECT_EQ(lastCopyRecord(), "startCopyingItem (result = success)");
     EXPECT_THAT(alerts.shown, IsEmpty());
     EXPECT_FALSE(app.isError());
+    // The status line does not keep it back.
+    EXPECT_EQ(window.message, "1 of 2 files copied");
 }
 
 // --- The disk -----------------------------------------------------------------------------------

@@ -75,6 +75,7 @@ TEST_F(AppDeleting, ARefusalOfTheSecondOfThreeLeavesThatFileAndIsNotTold)
     EXPECT_EQ(log.messagesOf(deleteRecord).back(), "startDeletingItem (result = success)");
     EXPECT_EQ(alerts.shown.size(), 1U);
     EXPECT_FALSE(app.isError());
+    EXPECT_EQ(window.message, "2 of 3 files deleted");
 }
 
 TEST_F(AppDeleting, ARefusalOfTheLastFileIsTold)

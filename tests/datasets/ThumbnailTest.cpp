@@ -48,7 +48,7 @@ TEST(Thumbnail, WhatIsNoPictureIsNoThumbnail)
 TEST(Thumbnail, AFileThatEndsEarlyShowsWhatIsThereOrNothing)
 {
     ByteBuffer bytes = pictureFile("PNG", {64, 64});
-    bytes.resize(40);  // the header is whole
+    bytes.resize(bytes.size() - 30);  // the header is whole
     const auto thumbnail = Thumbnail::fromFile(bytes);
     ASSERT_NE(thumbnail, nullptr);
     EXPECT_TRUE(thumbnail->image().isNull());
