@@ -228,8 +228,10 @@ void BulkInQueue::endDropping()
 void BulkInQueue::writeEnded()
 {
     const Lock lock(mutex_);
-    if (!failed_ && !paused_ && !stopped_ && !*gone_)
-        static_cast<void>(submitIdle(0));
+    if (failed_ || paused_ || stopped_ || *gone_)
+        return;
+    addSpare();
+    static_cast<void>(submitIdle(0));
 }
 
 void BulkInQueue::deviceLeft()

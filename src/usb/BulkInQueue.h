@@ -99,6 +99,7 @@ private:
     UsbResult submitIdle(std::size_t kept);
     UsbResult restart(Lock& lock);
     void halve();
+    void addSpare();
     void onFinished(BulkInTransfer& transfer) override;
     void onFailure(BulkInTransfer& transfer);
     void cancelNewestFirst();

@@ -67,6 +67,16 @@ UsbResult BulkInQueue::submitIdle(std::size_t kept)
     return inFlight_ > 0 ? UsbResult::Success : result;
 }
 
+/// Makes one transfer more when none has been kept back. Data that breaks off, as after a stop that
+/// the camera has not confirmed, has none behind it: a short packet at its end would have left one.
+void BulkInQueue::addSpare()
+{
+    if (!idle_.empty() || line_.size() > deepestRing)
+        return;
+    if (auto spare = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this))
+        idle_.push_back(std::move(spare));
+}
+
 /// Starts the ring anew once it has run out. The lock is open meanwhile.
 UsbResult BulkInQueue::restart(Lock& lock)
 {
@@ -120,6 +130,8 @@ void BulkInQueue::retireFront()
     } else if (transfer->endedShort() && idle_.empty() && inFlight_ > 0) {
         // Most likely the end of an answer: this one goes behind the next write.
         idle_.push_back(std::move(transfer));
+    } else if (line_.size() + idle_.size() >= deepestRing) {
+        // The ring is whole without this one, for there was a spare.
     } else {
         // If the kernel has no memory for it now, it waits until the ring has run out.
         static_cast<void>(submit(std::move(transfer)));

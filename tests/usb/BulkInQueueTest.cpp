@@ -31,11 +31,30 @@ TEST_F(BulkInQueueTest, EachWriteIsFollowedByAFreshTransfer)
     }
 }
 
-TEST_F(BulkInQueueTest, AWriteWithoutAnAnswerLeavesTheRingFull)
+TEST_F(BulkInQueueTest, WritesWithoutAnAnswerAddOneTransferAtMost)
 {
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 5; ++i)
         EXPECT_EQ(camera_.interface->writePipe(numberedBytes(16)), UsbResult::Success);
-    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 16U);
+    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 17U);
+    for (int i = 0; i < 2; ++i) {
+        camera_.camera.send(numberedBytes(12));
+        EXPECT_EQ(camera_.read(5120).bytes, numberedBytes(12));
+    }
+    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 15U);
+}
+
+TEST_F(BulkInQueueTest, AWriteAfterDataThatBrokeOffIsFollowedByAFreshTransferToo)
+{
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(camera_.interface->writePipe(numberedBytes(16)), UsbResult::Success);
+        camera_.camera.send(numberedBytes(128 * 1024), WireEnd::Open);
+        EXPECT_EQ(camera_.read(128 * 1024).bytes.size(), 128U * 1024);
+        EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 16U);
+    }
+    EXPECT_EQ(camera_.interface->writePipe(numberedBytes(16)), UsbResult::Success);
+    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 17U);
+    camera_.camera.send(numberedBytes(12));
+    EXPECT_EQ(camera_.read(5120).bytes, numberedBytes(12));
 }
 
 /// A data container that announces its own length.
