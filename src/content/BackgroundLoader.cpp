@@ -4,6 +4,7 @@
 #include "content/MainQueue.h"
 #include "ptp/PTPCommunication.h"
 
+#include <exception>
 #include <utility>
 
 namespace nivor {
@@ -24,9 +25,11 @@ BackgroundLoader::~BackgroundLoader()
 
 void BackgroundLoader::setupDataModels()
 {
-    mainQueue_.runAfter(startDelay, [this, alive = std::weak_ptr(lifeline_)] {
-        if (!alive.expired() && !isClosed())
-            startLoad();
+    const LoadNumber number = model_.beginLoad();
+    setProgress({.load = number});
+    mainQueue_.runAfter(startDelay, [this, number, alive = std::weak_ptr(lifeline_)] {
+        if (!alive.expired() && !isOver(number))
+            startLoad(number);
     });
 }
 
@@ -35,13 +38,22 @@ void BackgroundLoader::setSortDescriptors(SortDescriptors descriptors)
     sortDescriptors_.set(std::move(descriptors));
 }
 
-void BackgroundLoader::startLoad()
+BackgroundLoader::Progress BackgroundLoader::progress() const
 {
-    const LoadNumber number = model_.beginLoad();
-    objectsDone_ = 0;
-    objectsTotal_ = 0;
-    isLoading_ = true;
-    hasFailed_ = false;
+    const std::lock_guard guard(progressMutex_);
+    return progress_;
+}
+
+void BackgroundLoader::setProgress(const Progress& progress)
+{
+    const std::lock_guard guard(progressMutex_);
+    if (progress.load >= progress_.load)
+        progress_ = progress;
+}
+
+void BackgroundLoader::startLoad(LoadNumber number)
+{
+    setProgress({.load = number, .isLoading = true});
     operationQueue_.addOperation([this, number] { load(number); });
 }
 
@@ -49,11 +61,17 @@ void BackgroundLoader::startLoad()
 void BackgroundLoader::load(LoadNumber number)
 {
     priority_.waitWhileClaimed([this, number] { return isOver(number); });
-    const bool isListed = !isOver(number) && engine_.connect(vendorID_) && list(number);
-    if (!model_.isCurrent(number))
-        return;
-    hasFailed_ = !isListed && !isClosed();
-    isLoading_ = false;
+    bool isListed = false;
+    try {
+        isListed = !isOver(number) && engine_.connect(vendorID_) && list(number);
+    } catch (const std::exception&) {
+        // Out of memory, most likely: as good as a camera that can't be read.
+    }
+    Progress end = progress();
+    end.load = number;
+    end.isLoading = false;
+    end.hasFailed = !isListed && !isClosed();
+    setProgress(end);
 }
 
 /// False when the camera has no storage.
@@ -66,27 +84,32 @@ bool BackgroundLoader::list(LoadNumber number)
     ContentLoader::Result result = loader.load();
     if (result.end == ContentLoader::End::NoStorage)
         return false;
-    if (!isOver(number)) {
-        sortObjects(result.listing.objects, sortDescriptors());
+    if (!isOver(number))
         publishAtLast(number, std::move(result.listing));
-    }
     return true;
 }
 
 void BackgroundLoader::publishAtLast(LoadNumber number, ContentListing listing)
 {
+    const SortDescriptors order = sortDescriptors();
+    sortObjects(listing.objects, order);
     // Shared, because what the queue keeps has to be copyable.
     auto whole = std::make_shared<ContentListing>(std::move(listing));
-    mainQueue_.runAfter(publicationDelay, [this, number, whole, alive = std::weak_ptr(lifeline_)] {
-        if (!alive.expired() && !isClosed())
-            model_.publish(number, std::move(*whole));
-    });
+    mainQueue_.runAfter(publicationDelay,
+                        [this, number, whole, order, alive = std::weak_ptr(lifeline_)] {
+                            if (alive.expired() || isClosed())
+                                return;
+                            // The user may have chosen another order meanwhile.
+                            if (order != sortDescriptors())
+                                sortObjects(whole->objects, sortDescriptors());
+                            model_.publish(number, std::move(*whole));
+                        });
 }
 
 void BackgroundLoader::noteProgress(const ContentLoader::Progress& progress, LoadNumber number)
 {
-    objectsDone_ = progress.done;
-    objectsTotal_ = progress.total;
+    setProgress(
+        {.load = number, .isLoading = true, .done = progress.done, .total = progress.total});
     if (!model_.isUpdateView() && !isOver(number)) {
         ContentListing snapshot = *progress.listing;
         sortObjects(snapshot.objects, sortDescriptors());

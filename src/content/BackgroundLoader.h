@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 
 namespace nivor {
 
@@ -47,8 +48,8 @@ public:
     BackgroundLoader(const BackgroundLoader&) = delete;
     BackgroundLoader& operator=(const BackgroundLoader&) = delete;
 
-    /// Schedules a load and returns at once. A load that is still running ends after its object
-    /// when the new one begins.
+    /// Schedules a load and returns at once. Whatever an earlier one has published is gone, since
+    /// there may be another camera now; one that is still running ends after its object.
     void setupDataModels();
 
     /// The order that snapshots are published in. Any thread.
@@ -61,15 +62,15 @@ public:
     void setIsClosed(bool isClosed) { isClosed_ = isClosed; }
 
     /// A load is connecting, listing or waiting for its turn. Any thread.
-    [[nodiscard]] bool isLoading() const { return isLoading_; }
+    [[nodiscard]] bool isLoading() const { return progress().isLoading; }
 
     /// The last load has ended without a list: the camera could not be connected to, or has no
     /// storage. Any thread.
-    [[nodiscard]] bool hasFailed() const { return hasFailed_; }
+    [[nodiscard]] bool hasFailed() const { return progress().hasFailed; }
 
     /// Objects asked for so far and objects known of, both 0 until the camera has named them.
-    [[nodiscard]] std::size_t objectsDone() const { return objectsDone_; }
-    [[nodiscard]] std::size_t objectsTotal() const { return objectsTotal_; }
+    [[nodiscard]] std::size_t objectsDone() const { return progress().done; }
+    [[nodiscard]] std::size_t objectsTotal() const { return progress().total; }
 
     /// The thread that loads run on.
     [[nodiscard]] OperationQueue& operationQueue() { return operationQueue_; }
@@ -77,7 +78,18 @@ public:
 private:
     using LoadNumber = ContentModel::LoadNumber;
 
-    void startLoad();
+    /// How far a load is.
+    struct Progress {
+        LoadNumber load = 0;
+        bool isLoading = false;
+        bool hasFailed = false;
+        std::size_t done = 0;
+        std::size_t total = 0;
+    };
+
+    [[nodiscard]] Progress progress() const;
+    void setProgress(const Progress& progress);
+    void startLoad(LoadNumber number);
     void load(LoadNumber number);
     bool list(LoadNumber number);
     void publishAtLast(LoadNumber number, ContentListing listing);
@@ -92,10 +104,10 @@ private:
 
     AtomicProperty<SortDescriptors> sortDescriptors_;
     std::atomic<bool> isClosed_{false};
-    std::atomic<bool> isLoading_{false};
-    std::atomic<bool> hasFailed_{false};
-    std::atomic<std::size_t> objectsDone_{0};
-    std::atomic<std::size_t> objectsTotal_{0};
+
+    // Of the last load only: what an earlier one has to say comes too late.
+    mutable std::mutex progressMutex_;
+    Progress progress_;
 
     // Gone when the loader is: what waits in the main queue looks at it first.
     std::shared_ptr<const bool> lifeline_ = std::make_shared<const bool>(true);

@@ -25,7 +25,7 @@ class PTPCommunication;
 class ContentLoader {
 public:
     struct Options {
-        bool thumbnails = true;  ///< fetch and decode the thumbnail of each file that has one
+        bool thumbnails = true;  ///< fetch the thumbnail of each file that has one
     };
 
     /// How far a listing is. Valid during the observer's call only.

@@ -10,6 +10,8 @@ ContentModel::LoadNumber ContentModel::beginLoad()
 {
     const std::lock_guard guard(mutex_);
     removed_.clear();
+    listing_ = nullptr;
+    isUpdateView_ = false;
     return ++load_;
 }
 

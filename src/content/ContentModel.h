@@ -20,7 +20,7 @@ public:
     /// of this camera any more, and counts for nothing.
     using LoadNumber = std::uint64_t;
 
-    /// A load begins. What there is stays until it publishes.
+    /// A load is about to begin: what earlier ones have published or still publish is gone.
     LoadNumber beginLoad();
 
     /// Whether no later load has begun. Any thread.

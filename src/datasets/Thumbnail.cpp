@@ -4,7 +4,6 @@
 #include <QImageReader>
 
 #include <array>
-#include <limits>
 #include <utility>
 
 namespace nivor {
@@ -51,7 +50,7 @@ Thumbnail::Thumbnail(QByteArray file, QSize size)
 
 std::shared_ptr<const Thumbnail> Thumbnail::fromFile(ByteView bytes)
 {
-    if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+    if (bytes.size() > largestFile)
         return nullptr;
     // A view first: what turns out to be no picture need not be copied.
     auto file = QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()),

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QSize>
 
+#include <cstddef>
 #include <memory>
 
 namespace nivor {
@@ -18,8 +19,11 @@ public:
     /// A picture of more pixels is none: decoding it would take more memory than any list is worth.
     static constexpr qint64 mostPixels = qint64{1} << 22;
 
+    /// Nor is a file of more bytes: every object of a card keeps its own.
+    static constexpr std::size_t largestFile = std::size_t{1} << 20;
+
     /// Null when the bytes don't begin as a JPEG, PNG, GIF, BMP or TIFF picture of 1 to
-    /// `mostPixels` pixels. The rest of the file is not looked at.
+    /// `mostPixels` pixels, or are more than `largestFile`. The rest of the file is not looked at.
     static std::shared_ptr<const Thumbnail> fromFile(ByteView bytes);
 
     /// Width and height in pixels.

@@ -257,6 +257,37 @@ TEST_F(BackgroundLoaderTest, ThePublicationOfAnEarlierLoadCountsForNothing)
     EXPECT_FALSE(model.isUpdateView());
 }
 
+TEST_F(BackgroundLoaderTest, WhatAnEarlierLoadHasPublishedIsGoneWhenTheNextIsScheduled)
+{
+    addFiles({u"OLD"});
+    plugIn(card);
+    loadWhole();
+    EXPECT_TRUE(model.isUpdateView());
+    loader.setupDataModels();
+    EXPECT_EQ(model.dataModels(), nullptr);
+    EXPECT_EQ(model.handlesDict(), nullptr);
+    EXPECT_FALSE(model.isUpdateView());
+}
+
+TEST_F(BackgroundLoaderTest, AnOrderChosenBeforeThePublicationHolds)
+{
+    addFiles({u"A", u"C", u"B"});
+    plugIn(card);
+    loader.setSortDescriptors({{SortKey::FileName, true}});
+    load();
+    loader.setSortDescriptors({{SortKey::FileName, false}});
+    mainQueue.advance(2s);
+    EXPECT_THAT(shown(), ElementsAre("C", "B", "A"));
+}
+
+TEST_F(BackgroundLoaderTest, AFailureIsKnownUntilTheNextLoadIsScheduled)
+{
+    load();
+    EXPECT_TRUE(loader.hasFailed());
+    loader.setupDataModels();
+    EXPECT_FALSE(loader.hasFailed());
+}
+
 TEST_F(BackgroundLoaderTest, AListingWaitsWhileARunHasTheCamera)
 {
     addFiles({u"A", u"B", u"C"});

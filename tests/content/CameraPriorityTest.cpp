@@ -22,12 +22,23 @@ TEST(CameraPriority, TheListingGoesOnWhenTheLastClaimIsReleased)
     CameraPriority priority;
     std::optional<CameraPriority::Claim> first(priority);
     std::optional<CameraPriority::Claim> second(priority);
+    std::atomic<int> asked{0};
     std::atomic<bool> wentOn{false};
     std::thread listing([&] {
-        priority.waitWhileClaimed([] { return false; });
+        priority.waitWhileClaimed([&] {
+            ++asked;
+            return false;
+        });
         wentOn = true;
     });
+    const auto waitUntilAskedAgain = [&] {
+        const int before = asked;
+        while (asked == before)
+            std::this_thread::yield();
+    };
+    waitUntilAskedAgain();
     first.reset();
+    waitUntilAskedAgain();
     EXPECT_TRUE(priority.isClaimed());
     EXPECT_FALSE(wentOn);
     second.reset();
@@ -41,7 +52,15 @@ TEST(CameraPriority, AListingThatIsToEndNeedNotWait)
     CameraPriority priority;
     const CameraPriority::Claim claim(priority);
     std::atomic<bool> givesUp{false};
-    std::thread listing([&] { priority.waitWhileClaimed([&] { return givesUp.load(); }); });
+    std::atomic<int> asked{0};
+    std::thread listing([&] {
+        priority.waitWhileClaimed([&] {
+            ++asked;
+            return givesUp.load();
+        });
+    });
+    while (asked == 0)
+        std::this_thread::yield();
     givesUp = true;
     listing.join();
 }

@@ -276,6 +276,22 @@ TEST_F(ConnectionMonitorTest, ASwapDropsTheOldCameraInOneTickAndLoadsTheNewOneIn
     EXPECT_THAT(shown(), ElementsAre("NEW"));
 }
 
+TEST_F(ConnectionMonitorTest, ASwapBeforeTheOldListIsPublishedShowsNothingOfIt)
+{
+    const auto first = plugIn(cardWith(u"OLD"), numbered("first"));
+    tick();
+    finishLoad();  // its list is due in two seconds
+    host->detach(first);
+    plugIn(cardWith(u"NEW"), numbered("second"));
+    for (int i = 0; i < 4; ++i) {
+        tick();
+        EXPECT_THAT(shown(), ::testing::Not(ElementsAre("OLD"))) << i;
+    }
+    loader.operationQueue().waitUntilAllOperationsAreFinished();
+    tick();
+    EXPECT_THAT(shown(), ElementsAre("NEW"));
+}
+
 TEST_F(ConnectionMonitorTest, PluggingInAgainLoadsAgain)
 {
     card->addFile(u"A", 10);

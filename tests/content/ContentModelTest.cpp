@@ -80,6 +80,15 @@ TEST(ContentModel, WhatWasRemovedStaysOutUntilTheNextLoad)
     EXPECT_THAT(namesOf(*model.dataModels()), ElementsAre("F1"));
 }
 
+TEST(ContentModel, ANewLoadBeginsWithNothing)
+{
+    ContentModel model;
+    model.publish(model.beginLoad(), listingOf({1}));
+    model.beginLoad();
+    EXPECT_EQ(model.dataModels(), nullptr);
+    EXPECT_FALSE(model.isUpdateView());
+}
+
 TEST(ContentModel, OneThreadPublishesWhileAnotherReads)
 {
     ContentModel model;
