@@ -33,6 +33,7 @@
     <message id="deleteButtonMessage"><source></source><translation>Löschen</translation></message>
     <message id="deleteConfirmationMessage"><source></source><translation>Ausgewählte Dateien von der Kamera löschen?</translation></message>
     <message id="dragUnavailableMessage"><source></source><translation>Auf diesem Desktop können Dateien nicht herausgezogen werden. Verwenden Sie stattdessen „%1“.</translation></message>
+    <message id="dropRefusedMessage"><source></source><translation>Das Ziel nimmt die Dateien nicht an. Verwenden Sie stattdessen „%1“.</translation></message>
     <message id="errorMessage"><source></source><translation>Einige Dateien konnten nicht verarbeitet werden.</translation></message>
     <message id="hintEmptyInformative"><source></source><translation>Neu aufgenommene Bilder und Videos erscheinen hier, sobald die Kamera wieder angeschlossen wird.</translation></message>
     <message id="hintEmptyMessage"><source></source><translation>Auf der Kamera sind keine Dateien.</translation></message>

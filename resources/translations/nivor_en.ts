@@ -33,6 +33,7 @@
     <message id="deleteButtonMessage"><source></source><translation>Delete</translation></message>
     <message id="deleteConfirmationMessage"><source></source><translation>Delete the selected files from the camera?</translation></message>
     <message id="dragUnavailableMessage"><source></source><translation>Files can’t be dragged out on this desktop. Use “%1” instead.</translation></message>
+    <message id="dropRefusedMessage"><source></source><translation>What you dropped the files on does not take them. Use “%1” instead.</translation></message>
     <message id="errorMessage"><source></source><translation>Some files could not be processed.</translation></message>
     <message id="hintEmptyInformative"><source></source><translation>Pictures and films that you take appear here when you connect the camera again.</translation></message>
     <message id="hintEmptyMessage"><source></source><translation>There is nothing on the camera.</translation></message>

@@ -33,6 +33,7 @@
     <message id="deleteButtonMessage"><source></source><translation>Eliminar</translation></message>
     <message id="deleteConfirmationMessage"><source></source><translation>¿Eliminar de la cámara los archivos seleccionados?</translation></message>
     <message id="dragUnavailableMessage"><source></source><translation>En este escritorio no se pueden arrastrar archivos fuera de la ventana. Utilice «%1» en su lugar.</translation></message>
+    <message id="dropRefusedMessage"><source></source><translation>El destino no acepta los archivos. Utilice «%1» en su lugar.</translation></message>
     <message id="errorMessage"><source></source><translation>No se pudieron procesar algunos archivos.</translation></message>
     <message id="hintEmptyInformative"><source></source><translation>Las fotos y los vídeos nuevos aparecerán aquí al volver a conectar la cámara.</translation></message>
     <message id="hintEmptyMessage"><source></source><translation>La cámara no contiene ningún archivo.</translation></message>

@@ -33,6 +33,7 @@
     <message id="deleteButtonMessage"><source></source><translation>Supprimer</translation></message>
     <message id="deleteConfirmationMessage"><source></source><translation>Supprimer de l’appareil photo les fichiers sélectionnés ?</translation></message>
     <message id="dragUnavailableMessage"><source></source><translation>Ce bureau ne permet pas de faire glisser les fichiers hors de la fenêtre. Utilisez plutôt « %1 ».</translation></message>
+    <message id="dropRefusedMessage"><source></source><translation>La cible n’accepte pas ces fichiers. Utilisez plutôt « %1 ».</translation></message>
     <message id="errorMessage"><source></source><translation>Certains fichiers n’ont pas pu être traités.</translation></message>
     <message id="hintEmptyInformative"><source></source><translation>Les nouvelles photos et vidéos s’afficheront ici lorsque l’appareil photo sera de nouveau connecté.</translation></message>
     <message id="hintEmptyMessage"><source></source><translation>L’appareil photo ne contient aucun fichier.</translation></message>

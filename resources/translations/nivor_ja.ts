@@ -33,6 +33,7 @@
     <message id="deleteButtonMessage"><source></source><translation>削除</translation></message>
     <message id="deleteConfirmationMessage"><source></source><translation>選択したファイルをカメラから削除しますか？</translation></message>
     <message id="dragUnavailableMessage"><source></source><translation>このデスクトップでは、ファイルをウィンドウの外にドラッグできません。代わりに「%1」を使用してください。</translation></message>
+    <message id="dropRefusedMessage"><source></source><translation>ドロップ先ではファイルを受け取れません。代わりに「%1」を使用してください。</translation></message>
     <message id="errorMessage"><source></source><translation>一部のファイルを処理できませんでした。</translation></message>
     <message id="hintEmptyInformative"><source></source><translation>新しく撮影した写真や動画は、カメラを再び接続するとここに表示されます。</translation></message>
     <message id="hintEmptyMessage"><source></source><translation>カメラにファイルがありません。</translation></message>

@@ -33,6 +33,7 @@
     <message id="deleteButtonMessage"><source></source><translation>删除</translation></message>
     <message id="deleteConfirmationMessage"><source></source><translation>要从相机中删除所选文件吗？</translation></message>
     <message id="dragUnavailableMessage"><source></source><translation>此桌面环境不支持将文件拖出窗口。请改用“%1”。</translation></message>
+    <message id="dropRefusedMessage"><source></source><translation>目标位置不接受这些文件。请改用“%1”。</translation></message>
     <message id="errorMessage"><source></source><translation>部分文件无法处理。</translation></message>
     <message id="hintEmptyInformative"><source></source><translation>新拍摄的照片和视频会在重新连接相机后显示在此处。</translation></message>
     <message id="hintEmptyMessage"><source></source><translation>相机中没有文件。</translation></message>

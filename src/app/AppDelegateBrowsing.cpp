@@ -63,8 +63,13 @@ QStringList AppDelegate::writeItems(const ObjectList& items)
 void AppDelegate::namesOfPromisedFilesDroppedAtDestination(const QUrl& destination,
                                                            ObjectList items)
 {
-    later(dropDelay,
-          [this, destination, items = std::move(items)] { startCopyingItems(items, destination); });
+    later(dropDelay, [this, destination, items = std::move(items)] {
+        // The target has been promised the files, so they wait for the end of another run.
+        if (isRunUnderWay())
+            namesOfPromisedFilesDroppedAtDestination(destination, items);
+        else
+            startCopyingItems(items, destination);
+    });
 }
 
 void AppDelegate::promisedFilesDroppedNowhere(const ObjectList& items)

@@ -16,6 +16,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <utility>
 
 namespace nivor {
 
@@ -37,7 +38,7 @@ public:
     void copyWillBegin(const CopyProgress& /*progress*/) override
     {
         controller_->updateUIComponents();
-        session_.emplace(controller_->window());
+        session_.emplace(controller_->window(), app_.parts_.window.widget());
     }
 
     void fileWillBegin(const CopyProgress& /*progress*/) override
@@ -57,6 +58,11 @@ public:
         // A window that is to close can't wait for a whole card to be copied.
         if (app_.afterRun_ != AfterRun::Stay && !session_->isStopped())
             controller_->stopCopying();
+        if (session_->isStopped() && !std::exchange(isStopShown_, true)) {
+            // A camera that doesn't answer keeps the request waiting, and nothing is painted then.
+            controller_->updateUIComponents();
+            controller_->window().repaint();
+        }
         return session_->isStopped();
     }
 
@@ -78,6 +84,7 @@ private:
     AppDelegate& app_;
     const std::shared_ptr<NVXProgressPanelController> controller_;
     std::optional<ModalSession> session_;
+    bool isStopShown_ = false;
 };
 
 void AppDelegate::startCopyingSelectedItems()

@@ -75,6 +75,7 @@ void AppDelegate::terminate()
     }
     // A listing would come between the camera and its disconnection again and again.
     setIsClosed(true);
+    parts_.window.saveLayout();
     parts_.window.endProgram();
 }
 

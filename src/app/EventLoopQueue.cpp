@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <optional>
 #include <utility>
-#include <vector>
 
 namespace nivor {
 
@@ -54,18 +53,23 @@ void EventLoopQueue::rearm()
 
 void EventLoopQueue::runWhatIsDue()
 {
-    std::vector<std::function<void()>> due;
-    {
-        const std::lock_guard guard(mutex_);
-        const auto end = waiting_.upper_bound(Clock::now());
-        for (auto entry = waiting_.begin(); entry != end; ++entry)
-            due.push_back(std::move(entry->second));
-        waiting_.erase(waiting_.begin(), end);
-    }
-    // First, for the work may turn the event loop for a long time.
-    rearm();
-    for (const auto& work : due)
+    const Clock::time_point now = Clock::now();
+    for (;;) {
+        std::function<void()> work;
+        {
+            const std::lock_guard guard(mutex_);
+            const auto first = waiting_.begin();
+            if (first == waiting_.end() || first->first > now)
+                break;
+            work = std::move(first->second);
+            waiting_.erase(first);
+        }
+        // Before the work, which may turn the event loop for a long time: what else is due runs
+        // then.
+        rearm();
         work();
+    }
+    rearm();
 }
 
 }  // namespace nivor

@@ -30,11 +30,11 @@ bool FileDrag::isPossible()
     return DirectSaveProperty::isPossible();
 }
 
-void FileDrag::exec(QWidget* source, const QStringList& names, const QPixmap& picture)
+bool FileDrag::exec(QWidget* source, const QStringList& names, const QPixmap& picture)
 {
     // All drags share one property: a second one would take the first one's answer away.
-    if (isDragging_ || decision_.isActive() || names.isEmpty() || !isPossible())
-        return;
+    if (isBusy() || names.isEmpty() || !isPossible())
+        return false;
     isDragging_ = true;
     folder_.reset();
 
@@ -57,14 +57,15 @@ void FileDrag::exec(QWidget* source, const QStringList& names, const QPixmap& pi
     const QPointer<FileDrag> self(this);
     const Qt::DropAction action = drag->exec(Qt::CopyAction);
     if (!self)
-        return;
+        return action == Qt::CopyAction;
     isDragging_ = false;
     if (action != Qt::CopyAction) {
         leaveOffer();
-        return;
+        return false;
     }
     // A quick target may have asked already.
     decision_.start(folder_ || !offer_ ? 0ms : std::chrono::milliseconds(longestSilence));
+    return true;
 }
 
 void FileDrag::leaveOffer()

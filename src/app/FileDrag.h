@@ -42,10 +42,13 @@ public:
     /// Whether the desktop can do this at all: it needs an X server.
     [[nodiscard]] static bool isPossible();
 
+    /// A drag is under way, or the callback of the last drop is due.
+    [[nodiscard]] bool isBusy() const { return isDragging_ || decision_.isActive(); }
+
     /// Drags until the button is released; the event loop turns meanwhile. `names`: the files'
-    /// names on the camera. Does nothing without names, where dragging is not possible, and as
-    /// long as the callback of the last drop is due.
-    void exec(QWidget* source, const QStringList& names, const QPixmap& picture);
+    /// names on the camera. Answers whether a target has accepted the drop. Does nothing without
+    /// names, where dragging is not possible, and while `isBusy`.
+    bool exec(QWidget* source, const QStringList& names, const QPixmap& picture);
 
 private:
     void leaveOffer();

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 
@@ -81,6 +82,11 @@ void installTexts()
 
 void installTexts(const QString& language)
 {
+    // The buttons of Qt's own dialogs, where its tables are installed.
+    auto* ofQt = new QTranslator(QCoreApplication::instance());
+    if (ofQt->load(QStringLiteral("qtbase_") + language,
+                   QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(ofQt);
     // The one that was installed last is asked first.
     installTable(english);
     if (language != english)

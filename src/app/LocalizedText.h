@@ -38,6 +38,7 @@ inline constexpr const char* deleteAlertMessage = "deleteAlertMessage";
 inline constexpr const char* deleteButtonMessage = "deleteButtonMessage";
 inline constexpr const char* deleteConfirmationMessage = "deleteConfirmationMessage";
 inline constexpr const char* dragUnavailableMessage = "dragUnavailableMessage";
+inline constexpr const char* dropRefusedMessage = "dropRefusedMessage";
 inline constexpr const char* errorMessage = "errorMessage";
 inline constexpr const char* hintEmptyInformative = "hintEmptyInformative";
 inline constexpr const char* hintEmptyMessage = "hintEmptyMessage";

@@ -13,11 +13,13 @@
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QCursor>
 #include <QDesktopServices>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -168,7 +170,12 @@ void MainWindow::setController(AppDelegate& controller)
     controller_ = &controller;
     outlineView_->setActions(
         {.wasClicked = [this] { controller_->outlineViewWasClicked(); },
-         .selectionChanged = [this] { refreshLater(); },
+         .selectionChanged =
+             [this] {
+                 isSelectionChanged_ = true;
+                 refreshLater();
+             },
+         .wasReloaded = [this] { refreshLater(); },
          .dragWanted = [this] { dragSelection(); },
          .contextMenuWanted = [this](const QPoint& global) { openContextMenu(global); }});
     connectActions();
@@ -279,6 +286,7 @@ int MainWindow::numberOfSelectedRows() const
 void MainWindow::selectAllRows()
 {
     outlineView_->selectAll();
+    isSelectionChanged_ = false;
 }
 
 void MainWindow::deselectAllRows()
@@ -315,10 +323,14 @@ void MainWindow::layOutRows()
 void MainWindow::fitRowsToFont()
 {
     delegate_->setPixelsPerPoint(std::max(1.0, fontMetrics().height() / smallestRowHeight));
+    // They are of another size now.
+    thumbnails_.clear();
 }
 
 void MainWindow::openContextMenu(const QPoint& global)
 {
+    if (controller_->isRunUnderWay())
+        return;
     QMenu menu(this);
     menu.addActions({actions_.copyToFolder, actions_.deleteFiles});
     refresh();
@@ -338,11 +350,27 @@ void MainWindow::refresh()
     using Action = AppDelegate::MenuAction;
     const bool isFree = !controller_->isRunUnderWay();
     const bool canCopy = isFree && controller_->validateMenuItem(Action::StartCopyingSelectedItems);
+    const bool canDelete =
+        isFree && controller_->validateMenuItem(Action::StartDeletingSelectedItems);
     actions_.copyToFolder->setEnabled(canCopy);
     copyButton_->setEnabled(canCopy);
-    actions_.deleteFiles->setEnabled(
-        isFree && controller_->validateMenuItem(Action::StartDeletingSelectedItems));
+    actions_.deleteFiles->setEnabled(canDelete);
+    // A message box would keep a deletion waiting, which turns the event loop itself.
+    actions_.about->setEnabled(isFree);
+    refreshTrash(canDelete, isFree);
+    wasFree_ = isFree;
     updateStatus();
+}
+
+/// The controller sets the button at a click, at select-all and when a list has been handed over;
+/// the keyboard and the end of a run are left to do here.
+void MainWindow::refreshTrash(bool canDelete, bool isFree)
+{
+    const bool isOver = isFree && !wasFree_;
+    if (std::exchange(isSelectionChanged_, false) || isOver)
+        trashButton_->setEnabled(canDelete);
+    else if (!isFree || numberOfSelectedRows() == 0)
+        trashButton_->setEnabled(false);
 }
 
 void MainWindow::updateStatus()
@@ -357,7 +385,7 @@ void MainWindow::updateStatus()
         readingTimer_.stop();
     updateHint();
     status_->setText(currentStatus());
-    if (!refresh_.isActive() && controller_->isRunUnderWay() == copyButton_->isEnabled())
+    if (controller_->isRunUnderWay() == wasFree_)
         refreshLater();
 }
 
@@ -474,7 +502,7 @@ void MainWindow::dragSelection()
     for (const int row : selectedRowIndexes())
         items.push_back(itemAtRow(row));
     const QStringList names = AppDelegate::writeItems(items);
-    if (names.isEmpty() || controller_->isRunUnderWay())
+    if (names.isEmpty() || controller_->isRunUnderWay() || fileDrag_.isBusy())
         return;
     if (!FileDrag::isPossible()) {
         showMessage(localizedText(TextKey::dragUnavailableMessage,
@@ -482,7 +510,16 @@ void MainWindow::dragSelection()
         return;
     }
     dragged_ = std::move(items);
-    fileDrag_.exec(outlineView_, names, dragPicture(dragged_));
+    const QPointer<MainWindow> self(this);
+    const bool isTaken = fileDrag_.exec(outlineView_, names, dragPicture(dragged_));
+    if (!self || isTaken)
+        return;
+    dragged_.clear();
+    // Given up over the window itself, it was only a change of mind.
+    if (!frameGeometry().contains(QCursor::pos())) {
+        showMessage(
+            localizedText(TextKey::dropRefusedMessage, localizedText(TextKey::actionCopyToFolder)));
+    }
 }
 
 QPixmap MainWindow::dragPicture(const ObjectList& items) const

@@ -64,6 +64,7 @@ public:
     void saveLayout() override;
     void closeWindow() override;
     void endProgram() override;
+    [[nodiscard]] QWidget* widget() override { return this; }
 
     // Its parts.
     [[nodiscard]] OutlineView& outlineView() const { return *outlineView_; }
@@ -93,6 +94,7 @@ private:
     void stepThumbnails(double by);
     void refreshLater();
     void refresh();
+    void refreshTrash(bool canDelete, bool isFree);
     void updateHint();
     [[nodiscard]] QString currentStatus() const;
     void openContextMenu(const QPoint& global);
@@ -120,9 +122,11 @@ private:
     ThumbnailSlider* slider_;
     QLabel* status_;
 
-    QTimer refresh_;       ///< one refresh for many changes of the selection
-    QTimer readingTimer_;  ///< runs while the camera is being read
-    ObjectList dragged_;   ///< what the drag is about until it has ended
+    QTimer refresh_;                   ///< one refresh for many changes of the selection
+    QTimer readingTimer_;              ///< runs while the camera is being read
+    ObjectList dragged_;               ///< what the drag is about, until its drop has been answered
+    bool isSelectionChanged_ = false;  ///< by the user, since the last refresh
+    bool wasFree_ = true;              ///< no run was under way at the last refresh
     FileDrag fileDrag_;
 };
 

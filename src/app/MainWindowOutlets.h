@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+class QWidget;
+
 namespace nivor {
 
 class ObjectInfoData;
@@ -48,6 +50,9 @@ public:
 
     /// Closes the window, which asks the controller whether it may.
     virtual void closeWindow() = 0;
+
+    /// The window on the screen, for what opens over it; null without one.
+    [[nodiscard]] virtual QWidget* widget() = 0;
 
     /// Ends the program without closing the window first.
     virtual void endProgram() = 0;

@@ -4,6 +4,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <algorithm>
+#include <vector>
+
 namespace nivor {
 
 MessageBoxAlerts::MessageBoxAlerts(QWidget* parent)
@@ -21,19 +24,21 @@ int MessageBoxAlerts::runModal(const Alert& alert)
     box.setText(alert.messageText);
     box.setInformativeText(alert.informativeText);
     box.setDetailedText(alert.detailedText);
+    std::vector<const QAbstractButton*> buttons;
     for (const QString& title : alert.buttons) {
         // The last of several is the way out, which is what Esc chooses.
         const bool isWayOut = &title == &alert.buttons.last();
         QPushButton* button =
             box.addButton(title, isWayOut ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
+        buttons.push_back(button);
         if (isWayOut)
             box.setEscapeButton(button);
         if (&title == &alert.buttons.first())
             box.setDefaultButton(button);
     }
     box.exec();
-    const QAbstractButton* clicked = box.clickedButton();
-    return clicked == nullptr ? -1 : static_cast<int>(alert.buttons.indexOf(clicked->text()));
+    const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+    return clicked == buttons.end() ? -1 : static_cast<int>(clicked - buttons.begin());
 }
 
 }  // namespace nivor

@@ -12,7 +12,8 @@ class ModalSession {
 public:
     enum class Response { Continue = -1002, Stop = -1000 };
 
-    explicit ModalSession(QWidget& window);
+    /// `over`: the window that it opens over; may be absent.
+    explicit ModalSession(QWidget& window, QWidget* over = nullptr);
 
     /// Orders the window out.
     ~ModalSession();

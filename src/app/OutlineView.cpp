@@ -117,10 +117,11 @@ std::shared_ptr<ObjectInfoData> OutlineView::itemAtRow(int row) const
 
 int OutlineView::clickedRow() const
 {
-    if (!clicked_.isValid())
+    const QModelIndex clicked = objects_.indexOf(clicked_.get());
+    if (!clicked.isValid())
         return -1;
     const std::vector<QModelIndex>& visible = visibleRows();
-    const auto found = std::find(visible.begin(), visible.end(), QModelIndex(clicked_));
+    const auto found = std::find(visible.begin(), visible.end(), clicked);
     return found == visible.end() ? -1 : static_cast<int>(found - visible.begin());
 }
 
@@ -220,7 +221,11 @@ void OutlineView::reloadKeepingPlace(const std::function<void()>& reload)
     restore(before);
     setUpdatesEnabled(true);
     isReloading_ = false;
-    actions_.selectionChanged();
+    // Without its row the menu would act on the selection, which is not what it was opened for.
+    QWidget* menu = QApplication::activePopupWidget();
+    if (clicked_ && !objects_.indexOf(clicked_.get()).isValid() && menu != nullptr)
+        menu->close();
+    actions_.wasReloaded();
 }
 
 void OutlineView::layOutRowsKeepingPlace()
@@ -301,13 +306,13 @@ void OutlineView::contextMenuEvent(QContextMenuEvent* event)
 {
     // From the keyboard there is no row under the mouse; the menu acts on the selection then.
     if (event->reason() == QContextMenuEvent::Mouse)
-        clicked_ = indexAt(event->pos()).siblingAtColumn(ObjectListModel::NameColumn);
+        clicked_ = objects_.object(indexAt(event->pos()));
     viewport()->update();
     const QRect current = visualRect(currentIndex());
     actions_.contextMenuWanted(event->reason() == QContextMenuEvent::Mouse
                                    ? event->globalPos()
                                    : viewport()->mapToGlobal(current.center()));
-    clicked_ = QModelIndex();
+    clicked_ = nullptr;
     viewport()->update();
 }
 
@@ -315,7 +320,7 @@ void OutlineView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const
 {
     QTreeView::drawRow(painter, option, index);
-    if (clicked_ != index.siblingAtColumn(ObjectListModel::NameColumn))
+    if (!clicked_ || clicked_ != objects_.object(index))
         return;
     // The row that the menu is about, which need not be selected.
     painter->save();

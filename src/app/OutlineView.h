@@ -16,8 +16,8 @@ namespace nivor {
 class ObjectInfoData;
 class ObjectListModel;
 
-/// Keeps the selection, the closed folders and the place in the list over a reload, as far as the
-/// objects are still there.
+/// Keeps the selection, the place in the list and, unless it is expanded anew, the closed folders
+/// over a reload, as far as the objects are still there.
 class OutlineView : public QTreeView {
 public:
     explicit OutlineView(ObjectListModel& model);
@@ -26,6 +26,7 @@ public:
     struct Actions {
         std::function<void()> wasClicked;
         std::function<void()> selectionChanged;
+        std::function<void()> wasReloaded;
         std::function<void()> dragWanted;  ///< the selected rows are to be dragged out
         std::function<void(const QPoint& global)> contextMenuWanted;
     };
@@ -98,7 +99,7 @@ private:
 
     Gesture gesture_ = Gesture::None;
     QPoint pressedAt_;
-    QPersistentModelIndex clicked_;
+    std::shared_ptr<ObjectInfoData> clicked_;
     bool isReloading_ = false;
 };
 

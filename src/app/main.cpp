@@ -8,6 +8,7 @@
 #include "app/LocalizedText.h"
 #include "app/MainWindow.h"
 #include "app/MessageBoxAlerts.h"
+#include "app/SignalWatch.h"
 #include "app/WindowPicture.h"
 #include "content/VendorID.h"
 #include "logging/RollingLogger.h"
@@ -36,8 +37,12 @@ using namespace nivor;
 /// What Qt has to say, such as about a picture that can't be decoded, belongs in the log.
 void logMessageOfQt(QtMsgType /*type*/, const QMessageLogContext& context, const QString& message)
 {
-    RollingLogger::sharedManager().writeToFile(
-        "Qt", context.category == nullptr ? "default" : context.category, message.toStdString());
+    RollingLogger& logger = RollingLogger::sharedManager();
+    if (logger.saveDirectory().empty())  // before the log has begun
+        std::cerr << message.toStdString() << '\n';
+    else
+        logger.writeToFile("Qt", context.category == nullptr ? "default" : context.category,
+                           message.toStdString());
 }
 
 std::shared_ptr<SimulatedHost> simulatedHost(const AppOptions& options)
@@ -112,6 +117,8 @@ int run(const QApplication& application, const AppOptions& options)
     std::optional<WindowPicture> picture;
     if (!options.windowPicture.empty())
         picture.emplace(window, controller, options.windowPicture);
+    const SignalWatch signalWatch([&controller] { controller.terminate(); });
+
     // When the event loop runs and the window is there: an alert may follow.
     QTimer::singleShot(0, &window, [&controller] { controller.applicationDidFinishLaunching(); });
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &window,

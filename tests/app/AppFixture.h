@@ -64,6 +64,7 @@ public:
     void saveLayout() override { calls.emplace_back("save layout"); }
     void closeWindow() override { ++closings; }
     void endProgram() override { ++endings; }
+    QWidget* widget() override { return nullptr; }
 
     std::vector<std::string> take() { return std::exchange(calls, {}); }
 
@@ -176,21 +177,33 @@ protected:
     /// Copies the whole list into the folder.
     void copyAll() { app.startCopyingItems(window.shown, urlOf(folder())); }
 
+    ~AppFixture() override { EXPECT_EQ(undone, 0) << "what was to be done during a run never was"; }
+
     /// Does `work` from the event loop, which only turns while a run waits.
-    static void onceTheLoopTurns(std::function<void()> work)
+    void onceTheLoopTurns(std::function<void()> work)
     {
-        QTimer::singleShot(0, qApp, std::move(work));
+        once([] { return true; }, std::move(work));
     }
 
     /// Asks again and again while the event loop turns, and does `work` once it is true.
     void once(std::function<bool()> isTrue, std::function<void()> work)
     {
-        QTimer::singleShot(1, qApp, [this, isTrue = std::move(isTrue), work = std::move(work)] {
-            if (isTrue())
-                work();
-            else if (app.isRunUnderWay())
-                once(isTrue, work);
-        });
+        ++undone;
+        askLater(std::move(isTrue), std::move(work));
+    }
+
+    void askLater(std::function<bool()> isTrue, std::function<void()> work)
+    {
+        // Goes with the test: what never came about must not happen in the next one.
+        QTimer::singleShot(1, &loopContext,
+                           [this, isTrue = std::move(isTrue), work = std::move(work)] {
+                               if (isTrue()) {
+                                   --undone;
+                                   work();
+                               } else {
+                                   askLater(isTrue, work);
+                               }
+                           });
     }
 
     /// The panel that is on the screen; null when there is none.
@@ -230,6 +243,8 @@ protected:
         return camera->record().requestsOf(operation);
     }
 
+    QObject loopContext;
+    int undone = 0;
     LogFixture log;
     TemporaryDirectory destination;
     std::shared_ptr<GatedCard> card = std::make_shared<GatedCard>();

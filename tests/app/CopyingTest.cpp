@@ -112,11 +112,29 @@ TEST_F(AppCopying, ANameWithoutExtensionGetsADotBehindItsNumber)
               english("IMG1_2.JPG"));
 }
 
+/// Reads the panel's first line when the panel appears.
+class PanelWatch : public QObject {
+public:
+    PanelWatch() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* panel = dynamic_cast<CopyProgressPanel*>(watched);
+        if (panel != nullptr && event->type() == QEvent::Show)
+            firstLine = panel->messageField().text().toStdString();
+        return false;
+    }
+
+    std::string firstLine;
+};
+
 TEST_F(AppCopying, OnlyFoldersShowNoFileAndWriteNothing)
 {
     card->addFolder(u"DCIM");
     list();
+    const PanelWatch watch;
     copyAll();
+    EXPECT_EQ(watch.firstLine, "Copying 0 to “" + folder().filename().string() + "”");
     EXPECT_THAT(filesInFolder(), IsEmpty());
     EXPECT_THAT(log.messagesOf(copyRecord),
                 ElementsAre("startCopyingItems (copyItemCount = 1)",

@@ -78,6 +78,24 @@ TEST(EventLoopQueue, WorkMayAddWorkAndTurnTheLoop)
     EXPECT_THAT(order, ElementsAre("inner", "outer"));
 }
 
+TEST(EventLoopQueue, WorkThatTurnsTheLoopDoesNotHoldUpWhatIsDueAsWell)
+{
+    EventLoopQueue queue;
+    QEventLoop loop;
+    std::vector<std::string> order;
+    queue.runAfter(1ms, [&] {
+        while (order.empty())
+            QCoreApplication::processEvents();
+        order.emplace_back("first");
+        loop.quit();
+    });
+    queue.runAfter(2ms, [&] { order.emplace_back("second"); });
+    // Both are due before the loop turns.
+    std::this_thread::sleep_for(5ms);
+    loop.exec();
+    EXPECT_THAT(order, ElementsAre("second", "first"));
+}
+
 TEST(EventLoopQueue, WhatStillWaitsWhenItEndsIsNotRun)
 {
     bool ran = false;

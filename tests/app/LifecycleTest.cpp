@@ -86,6 +86,7 @@ TEST_F(AppLifecycle, QuittingThroughTheMenuKeepsWhatWasSavedBefore)
     app.terminate();
     EXPECT_EQ(window.endings, 1);
     EXPECT_EQ(window.closings, 0);
+    EXPECT_THAT(window.take(), Contains("save layout"));
     EXPECT_DOUBLE_EQ(savedSlider().toDouble(), 12.5);
 }
 

@@ -3,13 +3,16 @@
 #include "app/MainWindow.h"
 #include "app/AppFixture.h"
 #include "app/EmptyHint.h"
+#include "app/IconSet.h"
 #include "app/OutlineView.h"
 #include "app/ThumbnailSlider.h"
 
+#include <QBuffer>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolButton>
@@ -83,6 +86,14 @@ protected:
     {
         QTest::mouseClick(real.outlineView().viewport(), Qt::LeftButton, modifiers, centerOf(name));
         QCoreApplication::processEvents();
+    }
+
+    void openMenuOn(const char* name)
+    {
+        const QPoint at = centerOf(name);
+        QWidget* viewport = real.outlineView().viewport();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, viewport->mapToGlobal(at));
+        QCoreApplication::sendEvent(viewport, &event);
     }
 
     int heightOf(const char* name) const
@@ -282,6 +293,55 @@ TEST_F(MainWindowTest, TheSliderMakesFilesHigherAndLeavesFolders)
     EXPECT_NEAR(heightOf("A.JPG"), least * 50.0 / 17.0, 1.0);
 }
 
+TEST_F(MainWindowTest, ThumbnailsFillATwoToOneFrameAndMissingOnesAreStoodInFor)
+{
+    QImage red(160, 80, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QByteArray file;
+    QBuffer buffer(&file);
+    red.save(&buffer, "PNG");
+    const std::uint32_t dcim = card->addFolder(u"DCIM");
+    card->setThumbnail(card->addFile(u"A.JPG", 10, dcim), ByteBuffer(file.begin(), file.end()));
+    card->addFile(u"B.JPG", 10, dcim);
+    plugIn();
+    listCamera();
+    real.setSliderValue(50);
+    real.layOutRows();
+    const double pixels = heightOf("DCIM") / 17.0;
+    const auto frame = [&](const char* name) {
+        const QPoint origin = real.outlineView().visualRect(index(name)).topLeft();
+        return QRect(origin, (QSizeF(67, 33.5) * pixels).toSize());
+    };
+
+    QImage shown;
+    const auto isRedAt = [&shown](const QPoint& at) {
+        const QColor colour = shown.pixelColor(at);
+        return colour.red() > 200 && colour.green() < 60 && colour.blue() < 60;
+    };
+    const auto end = std::chrono::steady_clock::now() + 10s;
+    do {
+        shown = real.outlineView().viewport()->grab().toImage();
+        mainQueue.advance(20ms);
+    } while (!isRedAt(frame("A.JPG").center()) && std::chrono::steady_clock::now() < end);
+    const QRect red67By33 = frame("A.JPG");
+    EXPECT_TRUE(isRedAt(red67By33.topLeft() + QPoint(3, 3)));
+    EXPECT_TRUE(isRedAt(red67By33.bottomRight() - QPoint(3, 3)));
+    EXPECT_FALSE(isRedAt(QPoint(red67By33.right() + 3, red67By33.center().y())));
+
+    // The same as that picture alone, on the same ground.
+    const QRect empty = frame("B.JPG");
+    QImage expected = shown.copy(empty);
+    expected.fill(shown.pixelColor(empty.right() + 30 + 60, empty.center().y()));
+    QPainter painter(&expected);
+    plainIcon(english("no-thumbnail"))
+        .paint(&painter,
+               QRectF(QPointF(), QSizeF(67, 33.5) * pixels).adjusted(1, 1, -1, -1).toAlignedRect());
+    painter.end();
+    EXPECT_EQ(shown.pixelColor(empty.center()),
+              expected.pixelColor(empty.center() - empty.topLeft()));
+    EXPECT_NE(shown.pixelColor(empty.center()), expected.pixelColor(0, 0));
+}
+
 TEST_F(MainWindowTest, KeysAndMenuChangeTheSizeOfThumbnails)
 {
     listSmallCard();
@@ -317,12 +377,65 @@ TEST_F(MainWindowTest, ARightClickNamesItsRowAndLeavesTheSelection)
     EXPECT_THAT(real.selectedRowIndexes(), ElementsAre(1));
 }
 
+TEST_F(MainWindowTest, AReloadUnderTheContextMenuLeavesItsRow)
+{
+    listSmallCard();
+    click("A.JPG");
+    int clicked = -1;
+    QTimer::singleShot(0, &real, [&] {
+        controller.sortDescriptorsDidChange({{SortKey::FileName, false}});
+        clicked = real.clickedRow();
+        QApplication::activePopupWidget()->close();
+    });
+    openMenuOn("TOP.JPG");
+    EXPECT_EQ(clicked, 0);
+}
+
+TEST_F(MainWindowTest, TheContextMenuGoesWithItsRow)
+{
+    listSmallCard();
+    click("A.JPG");
+    bool isOpen = true;
+    QTimer::singleShot(0, &real, [&] {
+        host->detach(camera);
+        mainQueue.advance(1s);
+        controller.checkNIVORConnectionTimerFire();
+        isOpen = QApplication::activePopupWidget() != nullptr;
+    });
+    openMenuOn("TOP.JPG");
+    EXPECT_FALSE(isOpen);
+    EXPECT_EQ(chooser.questions, 0);
+}
+
+TEST_F(MainWindowTest, TheTrashButtonFollowsTheKeyboard)
+{
+    listSmallCard();
+    click("DCIM");
+    EXPECT_FALSE(real.trashButton().isEnabled());
+    QTest::keyClick(&real.outlineView(), Qt::Key_Down, Qt::ShiftModifier);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(real.selectedRowIndexes(), ElementsAre(0, 1));
+    EXPECT_TRUE(real.trashButton().isEnabled());
+}
+
+TEST_F(MainWindowTest, AfterADeletionTheTrashButtonHasNothingToDelete)
+{
+    listSmallCard();
+    click("A.JPG");
+    real.trashButton().click();
+    mainQueue.advance({});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(real.numberOfSelectedRows(), 0);
+    EXPECT_FALSE(real.trashButton().isEnabled());
+}
+
 TEST_F(MainWindowTest, OnlyAMotionToTheSideDrags)
 {
     listSmallCard();
     int drags = 0;
     real.outlineView().setActions({.wasClicked = [] {},
                                    .selectionChanged = [] {},
+                                   .wasReloaded = [] {},
                                    .dragWanted = [&drags] { ++drags; },
                                    .contextMenuWanted = [](const QPoint&) {}});
     dragMouse(centerOf("A.JPG"), {60, 3});
