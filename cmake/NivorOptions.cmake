@@ -7,6 +7,8 @@ option(NIVOR_WARNINGS_AS_ERRORS "Stop at the first warning" OFF)
 option(NIVOR_TESTS "Build the tests" ON)
 option(NIVOR_BENCH "Build the benchmarks" OFF)
 option(NIVOR_FUZZ "Build the fuzzers (clang only)" OFF)
+option(NIVOR_WINDOW_SCRIPT_PROGRAM
+    "Build the window program once more, for the tests: with a script in the user's place" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

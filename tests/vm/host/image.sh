@@ -1,6 +1,7 @@
-# The guest's root: three archives, one after the other, which the kernel unpacks into one tree.
+# The guest's root: archives, one after the other, which the kernel unpacks into one tree.
 #   base     busybox, the udev daemon, the gadget responder, the modules; changes hardly ever
 #   program  the program under test and its shared libraries
+#   window   the one with a window; only for the scenarios that need it
 #   scripts  the guest's own scripts; made anew for every run
 
 # Prints the shared libraries of the programs given, the dynamic loader included.
@@ -48,9 +49,10 @@ build_base_image() {
     cp -r "$kernel/modules/." "$root/"
 }
 
-# Sets base_image and program_image; builds the one or the other where what it holds has changed.
+# Sets base_image, program_image and program_libraries; builds the one image or the other where what
+# it holds has changed.
 prepare_images() {
-    local base_tools base_libraries program_libraries root found
+    local base_tools base_libraries root found
     local folder=$work/images
     mkdir -p "$folder"
 
@@ -86,14 +88,14 @@ prepare_images() {
     fi
 }
 
-# Writes the complete image of scenario $1 to $2.
+# Writes the complete image of scenario $1 to $2; $3 is a further archive for it, or empty.
 assemble_image() {
-    local scenario=$1 target=$2 root=$2.scripts
+    local scenario=$1 target=$2 further=$3 root=$2.scripts
     rm -rf "$root"
     mkdir -p "$root/guest"
     install -m 755 "$vm_source/guest/init" "$root/init"
     cp "$vm_source"/guest/*.sh "$vm_source/scenarios/$scenario/guest.sh" "$root/guest/"
     pack "$root" "$target.scripts.cpio"
-    cat "$base_image" "$program_image" "$target.scripts.cpio" >"$target"
+    cat "$base_image" "$program_image" ${further:+"$further"} "$target.scripts.cpio" >"$target"
     rm -rf "$root" "$target.scripts.cpio"
 }

@@ -124,7 +124,7 @@ show_log() {
 
 # Runs one scenario; fails if any step of it did.
 run_scenario() {
-    local scenario=$1 run=$work/runs/$1 first_camera=''
+    local scenario=$1 run=$work/runs/$1 first_camera='' needs_window=''
     local steps_failed=0 done_line='' machine_status=0 started
     rm -rf "$run"
     mkdir -p "$run/cameras" "$run/kept"
@@ -136,7 +136,7 @@ run_scenario() {
     # shellcheck source=/dev/null
     source "$vm_source/scenarios/$scenario/host.sh"
     make_cameras
-    assemble_image "$scenario" "$run/image.cpio"
+    assemble_image "$scenario" "$run/image.cpio" "${needs_window:+$window_image}"
 
     note "$scenario: booting"
     started=$SECONDS
