@@ -59,6 +59,7 @@
     <message id="statusReadingCount"><source></source><translation>Kamera wird gelesen… %1 von %2</translation></message>
     <message id="statusSelected" numerus="yes"><source></source><translation><numerusform>%n ausgewählt</numerusform><numerusform>%n ausgewählt</numerusform></translation></message>
     <message id="statusSeparator"><source></source><translation>, </translation></message>
+    <message id="statusStopped"><source></source><translation>Gestoppt. %1 von %2 Dateien kopiert</translation></message>
     <message id="stopButtonDescription"><source></source><translation>Fordert die Kamera zum Stoppen auf; bereits Kopiertes bleibt erhalten</translation></message>
     <message id="stopButtonMessage"><source></source><translation>Stoppen</translation></message>
     <message id="stoppingMessage"><source></source><translation>Wird gestoppt…</translation></message>

@@ -59,6 +59,7 @@
     <message id="statusReadingCount"><source></source><translation>Reading camera… %1 of %2</translation></message>
     <message id="statusSelected" numerus="yes"><source></source><translation><numerusform>%n selected</numerusform><numerusform>%n selected</numerusform></translation></message>
     <message id="statusSeparator"><source></source><translation>, </translation></message>
+    <message id="statusStopped"><source></source><translation>Stopped. %1 of %2 files copied</translation></message>
     <message id="stopButtonDescription"><source></source><translation>Asks the camera to stop; what has been copied stays</translation></message>
     <message id="stopButtonMessage"><source></source><translation>Stop</translation></message>
     <message id="stoppingMessage"><source></source><translation>Stopping…</translation></message>

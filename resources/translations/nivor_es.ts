@@ -59,6 +59,7 @@
     <message id="statusReadingCount"><source></source><translation>Leyendo la cámara… %1 de %2</translation></message>
     <message id="statusSelected" numerus="yes"><source></source><translation><numerusform>%n seleccionado</numerusform><numerusform>%n seleccionados</numerusform></translation></message>
     <message id="statusSeparator"><source></source><translation>, </translation></message>
+    <message id="statusStopped"><source></source><translation>Detenido. %1 de %2 archivos copiados</translation></message>
     <message id="stopButtonDescription"><source></source><translation>Pide a la cámara que se detenga; lo que ya se ha copiado se conserva</translation></message>
     <message id="stopButtonMessage"><source></source><translation>Detener</translation></message>
     <message id="stoppingMessage"><source></source><translation>Deteniendo…</translation></message>

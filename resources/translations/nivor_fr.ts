@@ -59,6 +59,7 @@
     <message id="statusReadingCount"><source></source><translation>Lecture de l’appareil photo… %1 sur %2</translation></message>
     <message id="statusSelected" numerus="yes"><source></source><translation><numerusform>%n sélectionné</numerusform><numerusform>%n sélectionnés</numerusform></translation></message>
     <message id="statusSeparator"><source></source><translation>, </translation></message>
+    <message id="statusStopped"><source></source><translation>Arrêté. %1 fichiers copiés sur %2</translation></message>
     <message id="stopButtonDescription"><source></source><translation>Demande à l’appareil photo d’arrêter ; ce qui a déjà été copié est conservé</translation></message>
     <message id="stopButtonMessage"><source></source><translation>Arrêter</translation></message>
     <message id="stoppingMessage"><source></source><translation>Arrêt en cours…</translation></message>

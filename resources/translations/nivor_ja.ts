@@ -59,6 +59,7 @@
     <message id="statusReadingCount"><source></source><translation>カメラを読み込み中… %1 / %2</translation></message>
     <message id="statusSelected" numerus="yes"><source></source><translation><numerusform>%n個を選択中</numerusform></translation></message>
     <message id="statusSeparator"><source></source><translation>、</translation></message>
+    <message id="statusStopped"><source></source><translation>停止しました。%2 個中 %1 個のファイルをコピー済み</translation></message>
     <message id="stopButtonDescription"><source></source><translation>カメラに停止を要求（コピー済みのファイルは残ります）</translation></message>
     <message id="stopButtonMessage"><source></source><translation>停止</translation></message>
     <message id="stoppingMessage"><source></source><translation>停止中…</translation></message>

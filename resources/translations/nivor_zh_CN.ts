@@ -59,6 +59,7 @@
     <message id="statusReadingCount"><source></source><translation>正在读取相机… %1 / %2</translation></message>
     <message id="statusSelected" numerus="yes"><source></source><translation><numerusform>已选择 %n 个</numerusform></translation></message>
     <message id="statusSeparator"><source></source><translation>，</translation></message>
+    <message id="statusStopped"><source></source><translation>已停止。已复制 %1 个文件（共 %2 个）</translation></message>
     <message id="stopButtonDescription"><source></source><translation>请求相机停止；已复制的文件会保留</translation></message>
     <message id="stopButtonMessage"><source></source><translation>停止</translation></message>
     <message id="stoppingMessage"><source></source><translation>正在停止…</translation></message>

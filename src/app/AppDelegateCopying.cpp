@@ -120,7 +120,8 @@ void AppDelegate::startCopyingItems(const ObjectList& items, const QUrl& destina
     }
     // The alert is about the last file only; this is about them all.
     parts_.window.showMessage(
-        localizedText(TextKey::statusCopied, QString::number(result.copiedCount()),
+        localizedText(result.isStopped ? TextKey::statusStopped : TextKey::statusCopied,
+                      QString::number(result.copiedCount()),
                       QString::number(result.files.size() + result.filesNotBegun)));
     if (!result.isStopped && result.isError)
         showCopyErrorAlert(failureLines(result));

@@ -64,6 +64,7 @@ inline constexpr const char* statusReading = "statusReading";
 inline constexpr const char* statusReadingCount = "statusReadingCount";
 inline constexpr const char* statusSelected = "statusSelected";
 inline constexpr const char* statusSeparator = "statusSeparator";
+inline constexpr const char* statusStopped = "statusStopped";
 inline constexpr const char* stopButtonDescription = "stopButtonDescription";
 inline constexpr const char* stopButtonMessage = "stopButtonMessage";
 inline constexpr const char* stoppingMessage = "stoppingMessage";

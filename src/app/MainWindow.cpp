@@ -34,7 +34,9 @@ namespace nivor {
 namespace {
 
 constexpr QSize firstSize{900, 600};
+constexpr double mostOfScreen = 0.9;
 constexpr int leastColumnWidth = 60;
+constexpr int columnRoom = 24;
 constexpr int firstModifiedWidth = 190;
 constexpr int firstSizeWidth = 110;
 constexpr int toolIconSize = 24;
@@ -59,6 +61,7 @@ QToolButton* toolButton(const char* title, const char* toolTip)
     button->setAccessibleName(localizedText(title));
     button->setAccessibleDescription(localizedText(toolTip));
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setIconSize({toolIconSize, toolIconSize});
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     button->setEnabled(false);
@@ -146,12 +149,20 @@ void MainWindow::makePages()
 
 void MainWindow::restoreLayout()
 {
-    resize(firstSize);
+    resize(firstSize.boundedTo(screen()->availableSize() * mostOfScreen));
     QHeaderView& header = *outlineView_->header();
     header.setSectionResizeMode(ObjectListModel::NameColumn, QHeaderView::Stretch);
     header.setMinimumSectionSize(leastColumnWidth);
-    header.resizeSection(ObjectListModel::ModifiedColumn, firstModifiedWidth);
-    header.resizeSection(ObjectListModel::SizeColumn, firstSizeWidth);
+    // Wide enough for a long date and a long size, whatever the font.
+    const QDateTime longDate(QDate(2026, 9, 28), QTime(22, 58, 58));
+    const auto widthOf = [this](const QString& text) {
+        return fontMetrics().horizontalAdvance(text) + columnRoom;
+    };
+    header.resizeSection(
+        ObjectListModel::ModifiedColumn,
+        std::max(firstModifiedWidth, widthOf(QLocale().toString(longDate, QLocale::ShortFormat))));
+    header.resizeSection(ObjectListModel::SizeColumn,
+                         std::max(firstSizeWidth, widthOf(QStringLiteral("999.9 MB"))));
     restoreGeometry(settings_.value(geometryKey).toByteArray());
     header.restoreState(settings_.value(columnsKey).toByteArray());
     // The order is not kept: it begins by name.
@@ -206,8 +217,10 @@ void MainWindow::connectActions()
     connect(actions_.smallerThumbnails, &QAction::triggered, this,
             [this] { stepThumbnails(-sliderStep); });
     connect(actions_.showLogFolder, &QAction::triggered, this, [this] {
-        QDesktopServices::openUrl(
-            QUrl::fromLocalFile(QString::fromStdString(logDirectory_.string())));
+        const QString folder = QString::fromStdString(logDirectory_.string());
+        QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+        // Where no file manager answers, the user can at least read where it is.
+        showMessage(folder);
     });
     connect(actions_.about, &QAction::triggered, this, [this] { showAbout(); });
 
@@ -402,9 +415,6 @@ QString MainWindow::currentStatus() const
         return localizedText(TextKey::statusReadingCount, QString::number(loader.objectsDone()),
                              QString::number(loader.objectsTotal()));
     }
-    if (objects_.size() == 0)
-        return {};
-
     std::uint64_t bytes = 0;
     const std::vector<int> selected = selectedRowIndexes();
     for (const int row : selected)

@@ -1,6 +1,7 @@
 #include "app/MessageBoxAlerts.h"
 
 #include <QAbstractButton>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -8,6 +9,11 @@
 #include <vector>
 
 namespace nivor {
+namespace {
+
+constexpr int leastWidth = 440;
+
+}  // namespace
 
 MessageBoxAlerts::MessageBoxAlerts(QWidget* parent)
     : parent_(parent)
@@ -36,6 +42,9 @@ int MessageBoxAlerts::runModal(const Alert& alert)
         if (&title == &alert.buttons.first())
             box.setDefaultButton(button);
     }
+    // Otherwise a box is as narrow as its buttons, and long texts become columns.
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))
+        grid->addItem(new QSpacerItem(leastWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
     box.exec();
     const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
     return clicked == buttons.end() ? -1 : static_cast<int>(clicked - buttons.begin());

@@ -14,7 +14,7 @@ namespace nivor {
 namespace {
 
 // Between the texts of two columns.
-constexpr int columnMargin = 6;
+constexpr int columnMargin = 2;
 
 QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option)
 {
@@ -74,7 +74,7 @@ void ObjectDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     if (index.column() == ObjectListModel::NameColumn && !model_.isFolder(index)) {
         const QSizeF size = thumbnailFrame(heightOf(index));
         const QRectF frame(room.topLeft(), size);
-        paintThumbnail(*painter, frame, index, painter->device()->devicePixelRatioF());
+        paintThumbnail(*painter, frame, index, view);
         room.setLeft(frame.right() + nameDistance * pixelsPerPoint_);
     } else if (index.column() != ObjectListModel::NameColumn) {
         room.adjust(columnMargin, 0, -columnMargin, 0);
@@ -83,21 +83,26 @@ void ObjectDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     painter->save();
     painter->setFont(view.font);
     painter->setPen(textColor(view));
-    const QString text =
-        view.fontMetrics.elidedText(view.text, Qt::ElideMiddle, static_cast<int>(room.width()));
+    const bool isName = index.column() == ObjectListModel::NameColumn;
+    const QString text = view.fontMetrics.elidedText(
+        view.text, isName ? Qt::ElideMiddle : Qt::ElideRight, static_cast<int>(room.width()));
     painter->drawText(room, static_cast<int>(view.displayAlignment) | Qt::TextSingleLine, text);
     painter->restore();
 }
 
 void ObjectDelegate::paintThumbnail(QPainter& painter, const QRectF& frame,
-                                    const QModelIndex& index, qreal devicePixelRatio) const
+                                    const QModelIndex& index,
+                                    const QStyleOptionViewItem& view) const
 {
     // Decoded once, as large as the slider can make it: then the slider only has to scale it.
-    const QSizeF largest =
-        thumbnailFrame(fileRowHeight(maximum_, maximum_)) * pixelsPerPoint_ * devicePixelRatio;
+    const QSizeF largest = thumbnailFrame(fileRowHeight(maximum_, maximum_)) * pixelsPerPoint_
+        * painter.device()->devicePixelRatioF();
     const auto thumbnail = model_.object(index)->thumbnail();
     const QRectF inner = frame.adjusted(1, 1, -1, -1);
     if (!thumbnail || thumbnails_.isDamaged(thumbnail.get())) {
+        // Made for the ground of a row that is not selected.
+        if (view.state.testFlag(QStyle::State_Selected))
+            painter.fillRect(inner, view.palette.base());
         noThumbnail_.paint(&painter, inner.toAlignedRect());
         return;
     }

@@ -28,7 +28,7 @@ public:
 private:
     [[nodiscard]] double heightOf(const QModelIndex& index) const;
     void paintThumbnail(QPainter& painter, const QRectF& frame, const QModelIndex& index,
-                        qreal devicePixelRatio) const;
+                        const QStyleOptionViewItem& view) const;
 
     const ObjectListModel& model_;
     ThumbnailCache& thumbnails_;

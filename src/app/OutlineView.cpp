@@ -177,7 +177,12 @@ OutlineView::Place OutlineView::place() const
                 place.closed.insert(objects_.object(index).get());
         }
     }
-    place.current = objects_.object(currentIndex()).get();
+    const QModelIndex current = currentIndex().siblingAtColumn(ObjectListModel::NameColumn);
+    if (current.isValid()) {
+        place.current = objects_.object(current).get();
+        const auto found = std::find(visibleRows().begin(), visibleRows().end(), current);
+        place.currentRow = static_cast<int>(found - visibleRows().begin());
+    }
     const QModelIndex top = indexAt({0, 0});
     place.top = objects_.object(top).get();
     place.topOffset = visualRect(top).top();
@@ -195,7 +200,13 @@ void OutlineView::restore(const Place& place)
         if (const QModelIndex index = objects_.indexOf(object.get()); index.isValid())
             rows.push_back(index);
     }
-    if (const QModelIndex current = objects_.indexOf(place.current); current.isValid())
+    QModelIndex current = objects_.indexOf(place.current);
+    // In the place of one that is gone comes its neighbour.
+    if (!current.isValid() && place.currentRow >= 0 && numberOfRows() > 0) {
+        const int row = std::min(place.currentRow, numberOfRows() - 1);
+        current = visibleRows()[static_cast<std::size_t>(row)];
+    }
+    if (current.isValid())
         selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
     if (!rows.empty())
         select(rows);
@@ -269,8 +280,21 @@ void OutlineView::mousePressEvent(QMouseEvent* event)
     QTreeView::mousePressEvent(event);
     if (event->button() != Qt::LeftButton)
         return;
-    pressedAt_ = event->position().toPoint();
-    gesture_ = canDragFrom(pressedAt_) ? Gesture::Undecided : Gesture::Selecting;
+    beginGesture(event->position().toPoint());
+}
+
+/// A press that follows another one soon may begin a drag as well.
+void OutlineView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    QTreeView::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton)
+        beginGesture(event->position().toPoint());
+}
+
+void OutlineView::beginGesture(const QPoint& position)
+{
+    pressedAt_ = position;
+    gesture_ = canDragFrom(position) ? Gesture::Undecided : Gesture::Selecting;
 }
 
 void OutlineView::mouseMoveEvent(QMouseEvent* event)

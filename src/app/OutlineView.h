@@ -58,6 +58,7 @@ public:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -78,6 +79,7 @@ private:
         std::vector<std::shared_ptr<ObjectInfoData>> selected;
         QSet<const ObjectInfoData*> closed;
         const ObjectInfoData* current = nullptr;
+        int currentRow = -1;
         const ObjectInfoData* top = nullptr;
         int topOffset = 0;
     };
@@ -87,6 +89,7 @@ private:
     [[nodiscard]] Place place() const;
     void restore(const Place& place);
     void select(const std::vector<QModelIndex>& rows);
+    void beginGesture(const QPoint& position);
     [[nodiscard]] bool canDragFrom(const QPoint& position) const;
 
     ObjectListModel& objects_;

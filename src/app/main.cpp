@@ -20,6 +20,7 @@
 #include <QApplication>
 #include <QSettings>
 #include <QTimer>
+#include <QWindow>
 
 #include <csignal>
 #include <exception>
@@ -78,6 +79,23 @@ void addSimulationMenu(MainWindow& window, const std::shared_ptr<SimulatedHost>&
         });
 }
 
+/// An alert may follow, which is placed over the window; so the window has to have a place.
+void launchOnceShown(MainWindow& window, AppDelegate& controller)
+{
+    constexpr int lookInterval = 10;
+    constexpr int mostLooks = 50;
+    auto* timer = new QTimer(&window);
+    QObject::connect(timer, &QTimer::timeout, &window,
+                     [&window, &controller, timer, looks = 0]() mutable {
+                         if (!window.windowHandle()->isExposed() && ++looks < mostLooks)
+                             return;
+                         timer->stop();
+                         timer->deleteLater();
+                         controller.applicationDidFinishLaunching();
+                     });
+    timer->start(lookInterval);
+}
+
 int run(const QApplication& application, const AppOptions& options)
 {
     std::shared_ptr<SimulatedHost> simulation;
@@ -119,8 +137,7 @@ int run(const QApplication& application, const AppOptions& options)
         picture.emplace(window, controller, options.windowPicture);
     const SignalWatch signalWatch([&controller] { controller.terminate(); });
 
-    // When the event loop runs and the window is there: an alert may follow.
-    QTimer::singleShot(0, &window, [&controller] { controller.applicationDidFinishLaunching(); });
+    launchOnceShown(window, controller);
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &window,
                      [&controller] { controller.applicationWillTerminate(); });
 #ifdef NIVOR_WINDOW_SCRIPT
