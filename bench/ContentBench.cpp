@@ -1,5 +1,7 @@
 // Listing many objects, and copying many small files.
 
+#include "Measuring.h"
+
 #include "content/ContentLoader.h"
 #include "content/CopyProgress.h"
 #include "content/CopyRun.h"
@@ -30,15 +32,8 @@
 namespace {
 
 using namespace nivor;
+using namespace nivor::bench;
 namespace fs = std::filesystem;
-
-/// A folder below the current one: where the program's files go is what is to be measured.
-fs::path workFolder()
-{
-    const fs::path folder = fs::current_path() / "bench-files";
-    fs::create_directories(folder);
-    return folder;
-}
 
 /// A JPEG of 160 by 120 pixels, the usual thumbnail, of about `bytes` bytes.
 ByteBuffer thumbnailOf(std::size_t bytes)
@@ -95,19 +90,6 @@ public:
     std::shared_ptr<SimulatedHost> host = std::make_shared<SimulatedHost>();
     PTPCommunication engine{{.host = host, .logger = &logger, .agentPause = {}}};
 };
-
-double secondsOf(const std::function<void()>& work)
-{
-    const auto began = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 void Listing(benchmark::State& state)
 {

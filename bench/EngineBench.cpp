@@ -1,6 +1,7 @@
 // What the engine itself costs: one small transaction, and a large object into a file.
 
 #include "InMemoryCamera.h"
+#include "Measuring.h"
 #include "support/PeakMemory.h"
 
 #include "datasets/ObjectInfoData.h"
@@ -24,14 +25,6 @@ using namespace nivor::bench;
 using nivor::test::PeakMemory;
 
 constexpr std::uint64_t gibibyte = 1ULL << 30;
-
-/// A folder below the current one: where the program's files go is what is to be measured.
-std::filesystem::path workFolder()
-{
-    const std::filesystem::path folder = std::filesystem::current_path() / "bench-files";
-    std::filesystem::create_directories(folder);
-    return folder;
-}
 
 class Camera {
 public:
@@ -59,19 +52,6 @@ void GetObjectInfo(benchmark::State& state)
         if (!camera.engine->getObjectInfo(handle, &info))
             state.SkipWithError("the transaction failed");
     }
-}
-
-double secondsOf(const std::function<void()>& work)
-{
-    const auto began = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 /// Fetches an object into a file, each time beside the measure for it: the same bytes to the same
