@@ -21,12 +21,17 @@ function(nivor_test layer)
     if(NIVOR_SANITIZE MATCHES undefined)
         target_compile_options(test_${layer} PRIVATE -fno-sanitize=undefined)
     endif()
-    set(tsan_options "suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.suppressions")
-    # The leak check takes the thread-local memory of a plugin, such as Qt's for JPEG, for a size it
-    # does not have, and crashes on it; it finds those pointers as well without following them there.
+    if(NIVOR_SANITIZE MATCHES thread)
+        set(environment
+            "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.suppressions")
+    else()
+        # The leak check takes the thread-local memory of a plugin, such as Qt's for JPEG, for a
+        # size it does not have, and crashes on it; it finds those pointers as well without
+        # following them there.
+        set(environment "ASAN_OPTIONS=intercept_tls_get_addr=0")
+    endif()
     gtest_discover_tests(test_${layer}
         TEST_PREFIX "${layer}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
         PROPERTIES LABELS ${layer} TIMEOUT 300
-                   ENVIRONMENT
-                   "ASAN_OPTIONS=intercept_tls_get_addr=0;TSAN_OPTIONS=${tsan_options}")
+                   ENVIRONMENT "${environment}")
 endfunction()

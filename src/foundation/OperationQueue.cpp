@@ -1,6 +1,7 @@
 #include "foundation/OperationQueue.h"
 
 #include "foundation/SpinUntil.h"
+#include "foundation/ThreadSignals.h"
 
 #include <utility>
 
@@ -40,6 +41,7 @@ void OperationQueue::waitUntilAllOperationsAreFinished()
 
 void OperationQueue::run()
 {
+    leaveSignalsToMainThread();
     const auto hasWork = [this] { return ending_ || unfinished_ > 0; };
     for (;;) {
         // The next operation often follows at once.

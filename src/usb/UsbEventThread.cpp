@@ -1,5 +1,7 @@
 #include "usb/UsbEventThread.h"
 
+#include "foundation/ThreadSignals.h"
+
 #include <chrono>
 
 namespace nivor {
@@ -19,6 +21,7 @@ UsbEventThread::~UsbEventThread()
 
 void UsbEventThread::run()
 {
+    leaveSignalsToMainThread();
     while (!stop_) {
         // The bound is a safety net only: events and the destructor end the wait at once.
         timeval bound{.tv_sec = 0, .tv_usec = 200'000};
