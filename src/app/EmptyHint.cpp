@@ -51,7 +51,7 @@ EmptyHint::EmptyHint(QWidget* parent)
     whole->addStretch();
 }
 
-void EmptyHint::show(const QString& title, const QString& text)
+void EmptyHint::setTexts(const QString& title, const QString& text)
 {
     title_->setText(title);
     text_->setText(text);

@@ -12,7 +12,7 @@ public:
     explicit EmptyHint(QWidget* parent = nullptr);
 
     /// Plain texts; `text` may be empty.
-    void show(const QString& title, const QString& text);
+    void setTexts(const QString& title, const QString& text);
 
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString text() const;

@@ -110,22 +110,22 @@ void MainWindow::updateHint()
         return;
     }
     if (!controller_->NIVORConnected()) {
-        hint_->show(localizedText(TextKey::connectionRequestMessage),
-                    localizedText(TextKey::connectionRequestInformative));
+        hint_->setTexts(localizedText(TextKey::connectionRequestMessage),
+                        localizedText(TextKey::connectionRequestInformative));
     } else if (controller_->loader().hasFailed()) {
         const QString title = localizedText(TextKey::hintUnreadableMessage);
         // The advice is looked for in the whole process list: once is enough.
         if (hint_->title() != title) {
             const QString advice = controller_->accessAdvice();
-            hint_->show(title,
-                        advice.isEmpty() ? localizedText(TextKey::hintUnreadableInformative)
-                                         : advice);
+            hint_->setTexts(title,
+                            advice.isEmpty() ? localizedText(TextKey::hintUnreadableInformative)
+                                             : advice);
         }
     } else if (controller_->dataModels() && !controller_->isUpdateView()) {
-        hint_->show(localizedText(TextKey::hintEmptyMessage),
-                    localizedText(TextKey::hintEmptyInformative));
+        hint_->setTexts(localizedText(TextKey::hintEmptyMessage),
+                        localizedText(TextKey::hintEmptyInformative));
     } else {
-        hint_->show(localizedText(TextKey::hintReadingMessage), {});
+        hint_->setTexts(localizedText(TextKey::hintReadingMessage), {});
     }
     pages_->setCurrentWidget(hint_);
 }

@@ -172,12 +172,11 @@ QVariant ObjectListModel::data(const QModelIndex& index, int role) const
 
 QVariant ObjectListModel::text(const QModelIndex& index) const
 {
-    const Node& node = nodes_[numberOf(index)];
-    const ObjectInfoData& object = *node.object;
+    const ObjectInfoData& object = *nodes_[numberOf(index)].object;
     if (index.column() == NameColumn)
         return visibleName(NVX_stringByTrimmingNullCharacters(object.fileName()));
     // What lies at the top shows a name only.
-    if (node.parent == 0)
+    if (isTopLevel(index))
         return {};
     if (index.column() == ModifiedColumn) {
         const QDateTime date = object.modifiedDate();

@@ -43,15 +43,17 @@ OutlineView::OutlineView(ObjectListModel& model)
     header()->setSortIndicatorShown(true);
     header()->setStretchLastSection(false);
 
-    const auto forget = [this] { forgetRows(); };
-    connect(this, &QTreeView::expanded, this, forget);
-    connect(this, &QTreeView::collapsed, this, forget);
-    connect(this, &QTreeView::collapsed, this, [this] { isAllExpanded_ = false; });
-    connect(&model, &QAbstractItemModel::modelReset, this, forget);
-    connect(this, &QTreeView::collapsed, this, [this] { actions_.selectionChanged(); });
-    connect(this, &QTreeView::expanded, this, [this] {
+    connect(&model, &QAbstractItemModel::modelReset, this, [this] { forgetRows(); });
+    // Rows that come and go with a folder count as selected or not.
+    const auto rowsChanged = [this] {
+        forgetRows();
         if (!isReloading_)
             actions_.selectionChanged();
+    };
+    connect(this, &QTreeView::expanded, this, rowsChanged);
+    connect(this, &QTreeView::collapsed, this, [this, rowsChanged] {
+        isAllExpanded_ = false;
+        rowsChanged();
     });
 }
 
