@@ -31,6 +31,10 @@ struct EngineParts {
 
     /// The pause between asking the camera agent to let go and opening the interface.
     std::chrono::milliseconds agentPause{100};
+
+    /// How many of the engine's milliseconds pass in one of the clock's, at least 1. Tests of
+    /// long silences shorten the waiting so; what is counted against a time-out stays the same.
+    unsigned pace = 1;
 };
 
 }  // namespace nivor

@@ -12,8 +12,10 @@
 #include "ptp/TransactionFailure.h"
 #include "ptp/TransactionState.h"
 #include "usb/UsbHost.h"
+#include "usb/UsbTimeouts.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
@@ -191,6 +193,8 @@ private:
     StopReason waitForReception(OperationQueue& queue, std::uint32_t timeout);
     bool waitOneStep();
     void wakeWaitingThread();
+    [[nodiscard]] std::chrono::milliseconds paced(std::chrono::milliseconds duration) const;
+    [[nodiscard]] UsbTimeouts paced(const UsbTimeouts& timeouts) const;
     void advanceTransactionID();
     void recordOutcome(StopReason reason);
     bool requestCancel(bool& lastStatusSucceeded);

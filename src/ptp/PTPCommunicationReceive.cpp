@@ -143,7 +143,8 @@ UsbResult PTPCommunication::readPipe(std::span<std::uint8_t> buffer, std::size_t
 {
     received = 0;
     const std::shared_ptr<UsbInterface> interface = usbInterface();
-    return interface ? interface->readPipe(buffer, received, readTimeouts) : UsbResult::NotOpen;
+    return interface ? interface->readPipe(buffer, received, paced(readTimeouts))
+                     : UsbResult::NotOpen;
 }
 
 // Hands a piece to the sink, or collects it; false when the sink takes no more.

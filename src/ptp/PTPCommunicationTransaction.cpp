@@ -13,6 +13,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <iterator>
@@ -149,7 +150,7 @@ bool PTPCommunication::waitOneStep()
     if (spinUntil(isOver))
         return false;
     std::unique_lock guard(wakeMutex_);
-    return !wake_.wait_for(guard, waitingStep, isOver);
+    return !wake_.wait_for(guard, paced(waitingStep), isOver);
 }
 
 void PTPCommunication::wakeWaitingThread()
@@ -159,6 +160,16 @@ void PTPCommunication::wakeWaitingThread()
         const std::lock_guard guard(wakeMutex_);
     }
     wake_.notify_all();
+}
+
+std::chrono::milliseconds PTPCommunication::paced(std::chrono::milliseconds duration) const
+{
+    return std::max(duration / parts_.pace, std::chrono::milliseconds(1));
+}
+
+UsbTimeouts PTPCommunication::paced(const UsbTimeouts& timeouts) const
+{
+    return {paced(timeouts.noData), paced(timeouts.completion)};
 }
 
 void PTPCommunication::recordOutcome(StopReason reason)
@@ -209,7 +220,7 @@ bool PTPCommunication::requestCancel(bool& lastStatusSucceeded)
     ControlRequest cancel{.bmRequestType = classRequestOut,
                           .bRequest = static_cast<std::uint8_t>(ClassRequest::CancelRequest),
                           .data = cancellation,
-                          .timeouts = controlTimeouts};
+                          .timeouts = paced(controlTimeouts)};
     if (!succeeded(device->controlRequest(cancel)))
         return false;
 
@@ -219,12 +230,12 @@ bool PTPCommunication::requestCancel(bool& lastStatusSucceeded)
         ControlRequest request{.bmRequestType = classRequestIn,
                                .bRequest = static_cast<std::uint8_t>(ClassRequest::GetDeviceStatus),
                                .data = status,
-                               .timeouts = controlTimeouts};
+                               .timeouts = paced(controlTimeouts)};
         lastStatusSucceeded = succeeded(device->controlRequest(request));
         const std::uint16_t code = ByteReader(status, deviceStatusCodeOffset).u16();
         if (lastStatusSucceeded && code == static_cast<std::uint16_t>(ResponseCode::OK))
             return true;
-        parts_.runLoopSlice(statusPollPause);
+        parts_.runLoopSlice(paced(statusPollPause));
     }
     return false;
 }
