@@ -7,6 +7,7 @@
 #include "foundation/OperationQueue.h"
 #include "foundation/Selector.h"
 #include "ptp/ConnectFailure.h"
+#include "ptp/DatasetBounds.h"
 #include "ptp/EngineParts.h"
 #include "ptp/HandleBlock.h"
 #include "ptp/TransactionFailure.h"
@@ -27,6 +28,7 @@
 
 namespace nivor {
 
+class CommandContainer;
 class ObjectInfoData;
 class ObjectPropValue;
 class PTPTransactionCallback;
@@ -206,14 +208,17 @@ private:
     void receiveDataPhase(Reception& reception, std::size_t firstRead, std::uint64_t completeSize);
     UsbResult readPipe(std::span<std::uint8_t> buffer, std::size_t& received);
     bool deliver(Reception& reception, ByteView piece, std::uint64_t completeSize);
+    bool collectPiece(Reception& reception, ByteView piece, std::uint64_t completeSize);
     void failSink(const Reception& reception, const char* reason);
     void endRefusedTransaction(Reception& reception);
     void failReception(TransactionFailure::Cause cause, UsbResult result = UsbResult::Success,
                        std::string detail = {});
 
     // The operations.
+    bool collect(CommandContainer& command, std::uint64_t expectedSize, const DatasetBounds& bounds,
+                 ReceiveSlot& received);
     bool fetchWhole(OperationCode operation, const HandleBlock& handle, std::uint64_t objectSize,
-                    ByteBuffer* objectBinaryData);
+                    const DatasetBounds& bounds, ByteBuffer* objectBinaryData);
 
     // The connection.
     std::optional<StillImageInterface> findCamera(std::int32_t vendorID);
@@ -236,7 +241,8 @@ private:
 
     AtomicProperty<TransactionFailure> failure_;
     AtomicProperty<ConnectFailure> connectFailure_;
-    UsbLocation location_;  ///< of `usbDevice`; under `lock_`
+    UsbLocation location_;         ///< of `usbDevice`; under `lock_`
+    DatasetBounds datasetBounds_;  ///< of the transaction that collects; set before it begins
 
     std::recursive_mutex lock_;
 

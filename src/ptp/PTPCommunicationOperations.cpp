@@ -5,6 +5,7 @@
 #include "codes/StillImageClass.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/ObjectPropValue.h"
+#include "datasets/Thumbnail.h"
 #include "foundation/ByteReader.h"
 #include "foundation/Errors.h"
 #include "foundation/ResultText.h"
@@ -28,6 +29,21 @@ constexpr std::uint32_t operationTimeout = 5000;
 // Header, element count, one element.
 constexpr std::size_t smallestStorageIDs = 20;
 constexpr std::size_t arrayElementSize = 4;
+
+// What a camera may answer, far beyond what any sends: an ObjectInfo is 2 KiB at most, a handle
+// list of 4 MiB names a million objects, a larger thumbnail would not be kept.
+constexpr std::chrono::milliseconds longestAnswer = std::chrono::seconds(60);
+constexpr DatasetBounds smallDataset{.bytes = 64 * 1024, .time = longestAnswer};
+constexpr DatasetBounds handleList{.bytes = 4 * 1024 * 1024, .time = longestAnswer};
+constexpr DatasetBounds thumbnail{.bytes = Thumbnail::largestFile + containerHeaderSize,
+                                  .time = longestAnswer};
+
+// An object in memory is as large as its caller expects, and one more read.
+DatasetBounds objectOf(std::uint64_t size)
+{
+    constexpr std::uint64_t margin = ReceiveBuffer::size + containerHeaderSize;
+    return {.bytes = std::max(size, size + margin)};
+}
 
 std::string listText(const std::vector<std::uint32_t>& numbers)
 {
@@ -80,8 +96,7 @@ bool PTPCommunication::getStorageIDs(std::vector<std::uint32_t>* storageIDs)
     const std::lock_guard guard(lock_);
     CommandContainer command(OperationCode::GetStorageIDs, 0);
     ReceiveSlot received;
-    bool success = executePTPTransaction(command.bytes(), nullptr, &received, 0, nullptr, true,
-                                         operationTimeout);
+    bool success = collect(command, 0, smallDataset, received);
     success =
         success && storageIDs != nullptr && received && received->size() >= smallestStorageIDs;
     if (success) {
@@ -105,8 +120,7 @@ bool PTPCommunication::getObjectHandles(std::uint32_t storageID, HandlesDict& ob
     CommandContainer command(OperationCode::GetObjectHandles, 3);
     command.append(storageID).append(allFormats).append(association);
     ReceiveSlot received;
-    const bool success = executePTPTransaction(command.bytes(), nullptr, &received, 0, nullptr,
-                                               true, operationTimeout);
+    const bool success = collect(command, 0, handleList, received);
     if (success) {
         ByteReader reader(*received, containerHeaderSize);
         const std::uint32_t count = reader.u32();
@@ -136,8 +150,7 @@ bool PTPCommunication::getObjectPropValue(const HandleBlock& handle, std::uint32
     CommandContainer command(OperationCode::GetObjectPropValue, 2);
     command.append(handle).append(propCode);
     ReceiveSlot received;
-    const bool success = executePTPTransaction(command.bytes(), nullptr, &received, 0, nullptr,
-                                               true, operationTimeout);
+    const bool success = collect(command, 0, smallDataset, received);
     if (success && objectPropValue != nullptr && received)
         static_cast<void>(objectPropValue->tryParse(*received));
     const std::uint64_t value =
@@ -156,8 +169,7 @@ bool PTPCommunication::getObjectInfo(const HandleBlock& handle,
     CommandContainer command(OperationCode::GetObjectInfo, 1);
     command.append(handle);
     ReceiveSlot received;
-    bool success = executePTPTransaction(command.bytes(), nullptr, &received, 0, nullptr, true,
-                                         operationTimeout);
+    bool success = collect(command, 0, smallDataset, received);
     std::string fileName = "(null)";
     if (success && objectInfoData != nullptr) {
         *objectInfoData = std::make_shared<ObjectInfoData>();
@@ -183,7 +195,8 @@ bool PTPCommunication::getObject(const HandleBlock& handle, std::uint64_t object
                                         objectSize + containerHeaderSize, callback, true,
                                         operationTimeout);
     } else {
-        success = fetchWhole(OperationCode::GetObject, handle, objectSize, objectBinaryData);
+        success = fetchWhole(OperationCode::GetObject, handle, objectSize, objectOf(objectSize),
+                             objectBinaryData);
     }
     writeLog(
         selector.text(),
@@ -196,7 +209,8 @@ bool PTPCommunication::getThumb(const HandleBlock& handle, std::uint64_t objectS
 {
     constexpr Selector selector{"getThumb:objectSize:objectBinaryData:"};
     const std::lock_guard guard(lock_);
-    const bool success = fetchWhole(OperationCode::GetThumb, handle, objectSize, objectBinaryData);
+    const bool success =
+        fetchWhole(OperationCode::GetThumb, handle, objectSize, thumbnail, objectBinaryData);
     writeLog(
         selector.text(),
         fmt::format("getThumb (result = {}, objHdr = {})", resultText(success), handle.text()));
@@ -218,17 +232,27 @@ bool PTPCommunication::deleteObject(const HandleBlock& handle)
     return success;
 }
 
+// Runs a transaction whose data is collected in memory.
+bool PTPCommunication::collect(CommandContainer& command, std::uint64_t expectedSize,
+                               const DatasetBounds& bounds, ReceiveSlot& received)
+{
+    datasetBounds_ = bounds;
+    const bool success = executePTPTransaction(command.bytes(), nullptr, &received, expectedSize,
+                                               nullptr, true, operationTimeout);
+    datasetBounds_ = {};
+    return success;
+}
+
 // Collects an object or a thumbnail in memory and strips the container's header.
 bool PTPCommunication::fetchWhole(OperationCode operation, const HandleBlock& handle,
-                                  std::uint64_t objectSize, ByteBuffer* objectBinaryData)
+                                  std::uint64_t objectSize, const DatasetBounds& bounds,
+                                  ByteBuffer* objectBinaryData)
 {
     CommandContainer command(operation, 1);
     command.append(handle);
     // The announced size is the camera's word: room is made as the bytes come, not before.
     ReceiveSlot received;
-    const bool success =
-        executePTPTransaction(command.bytes(), nullptr, &received, objectSize + containerHeaderSize,
-                              nullptr, true, operationTimeout);
+    const bool success = collect(command, objectSize + containerHeaderSize, bounds, received);
     if (!success || objectBinaryData == nullptr)
         return success;
     // The text says 13 and the test is the same: not one byte behind the header.

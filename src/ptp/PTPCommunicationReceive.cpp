@@ -37,11 +37,13 @@ std::size_t continuationReadSize(std::uint64_t remaining)
 struct PTPCommunication::Reception {
     PTPTransactionCallback* callback;
     std::string_view event;
+    std::uint64_t mostBytes;                           ///< to collect, header included
+    std::chrono::steady_clock::time_point lastMoment;  ///< for the last byte collected
     ReceiveBuffer memory;
     // Most transactions fit into this, and then no page of the large buffer is ever touched.
     std::array<std::uint8_t, firstReadSize> first;
     std::uint64_t total = 0;      ///< bytes of the data container so far, header included
-    bool isRefused = false;       ///< the sink takes no more
+    bool isRefused = false;       ///< nobody takes more
     bool isDataUnderWay = false;  ///< and the camera has more to send
 };
 
@@ -56,7 +58,12 @@ OperationQueue& PTPCommunication::setReceiveOperation(PTPTransactionCallback* re
 void PTPCommunication::receive(PTPTransactionCallback* receiveCallback, std::string_view event)
 {
     try {
-        Reception reception{receiveCallback, event, parts_.allocateReceiveBuffer(), {}};
+        Reception reception{receiveCallback,
+                            event,
+                            datasetBounds_.bytes,
+                            std::chrono::steady_clock::now() + paced(datasetBounds_.time),
+                            parts_.allocateReceiveBuffer(),
+                            {}};
         if (!reception.memory)
             failReception(TransactionFailure::Cause::NoMemory);
         if (!tmpBuffer())
@@ -150,11 +157,8 @@ UsbResult PTPCommunication::readPipe(std::span<std::uint8_t> buffer, std::size_t
 // Hands a piece to the sink, or collects it; false when the sink takes no more.
 bool PTPCommunication::deliver(Reception& reception, ByteView piece, std::uint64_t completeSize)
 {
-    if (reception.callback == nullptr) {
-        const std::shared_ptr<ByteBuffer> buffer = tmpBuffer();
-        buffer->insert(buffer->end(), piece.begin(), piece.end());
-        return true;
-    }
+    if (reception.callback == nullptr)
+        return collectPiece(reception, piece, completeSize);
     try {
         // Assumed until the sink has answered.
         reception.isRefused = true;
@@ -170,6 +174,26 @@ bool PTPCommunication::deliver(Reception& reception, ByteView piece, std::uint64
     } catch (...) {
         failSink(reception, "unknown");
     }
+    return false;
+}
+
+// Keeps a piece in memory; false when that would be more than the answer may have.
+bool PTPCommunication::collectPiece(Reception& reception, ByteView piece,
+                                    std::uint64_t completeSize)
+{
+    const bool isTooMuch = reception.total > reception.mostBytes;
+    if (!isTooMuch && std::chrono::steady_clock::now() <= reception.lastMoment) {
+        const std::shared_ptr<ByteBuffer> buffer = tmpBuffer();
+        buffer->insert(buffer->end(), piece.begin(), piece.end());
+        return true;
+    }
+    reception.isRefused = true;
+    reception.isDataUnderWay = reception.total < completeSize;
+    failReception(isTooMuch ? TransactionFailure::Cause::TooMuchData
+                            : TransactionFailure::Cause::TooSlow);
+    writeLog(reception.event,
+             fmt::format("ReceiveBuffer (error = {}, received = {})", failure_.get().toText(),
+                         reception.total));
     return false;
 }
 

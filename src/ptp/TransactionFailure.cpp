@@ -41,6 +41,10 @@ std::string TransactionFailure::toText() const
         return detail;
     case Cause::NoMemory:
         return "not enough memory to receive it";
+    case Cause::TooMuchData:
+        return "the camera's answer is too long to be true";
+    case Cause::TooSlow:
+        return "the camera's answer came too slowly and did not end";
     }
     return {};
 }

@@ -19,6 +19,8 @@ struct TransactionFailure {
         SinkRefused,   ///< the sink answered that it takes no more
         SinkError,     ///< the sink raised an error: `detail`
         NoMemory,      ///< the receive buffer could not be allocated
+        TooMuchData,   ///< the answer is longer than any such answer can be
+        TooSlow,       ///< the answer came bit by bit and did not end
     };
 
     Cause cause = Cause::None;
