@@ -1,13 +1,10 @@
 #include "logging/RollingLogger.h"
 
 #include "logging/FileContents.h"
+#include "logging/FolderLock.h"
 #include "logging/LogTimeStamp.h"
+#include "logging/RecordTime.h"
 
-#include <QStringConverter>
-#include <QStringView>
-#include <QUtf8StringView>
-
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <system_error>
@@ -21,8 +18,6 @@
 namespace nivor {
 
 namespace {
-
-constexpr std::string_view recordMarker = "<log time=\"";
 
 constexpr auto elementNameUnits = [] {
     std::array<char, RollingLogger::programName.size()> units{};
@@ -54,10 +49,10 @@ std::optional<std::int64_t> sizeOf(const char* path)
     return std::int64_t{status.st_size};
 }
 
-/// Leaves an empty file at `path`, whatever it held before; fails silently.
-void createEmptyFile(const char* path)
+/// Leaves an empty file at `path`; fails silently. `flag`: what to do with one that is there.
+void createEmptyFile(const char* path, int flag)
 {
-    const int descriptor = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    const int descriptor = ::open(path, O_WRONLY | O_CREAT | O_CLOEXEC | flag, 0666);
     if (descriptor >= 0)
         ::close(descriptor);
 }
@@ -104,12 +99,24 @@ void RollingLogger::writeToFile(std::string_view className, std::string_view pro
 {
     quietly([&] {
         const std::lock_guard guard(writing_);
-        openTarget().append(record(className, procName, message));
+        const std::string text = record(className, procName, message);
+        if (isTargetUsable()) {
+            target_.append(text);
+            return;
+        }
+        // Held until the record is in the file: another process then finds that this one has
+        // begun it, rather than emptying it once more.
+        const FolderLock lock(saveDirectory_.get());
+        chooseTarget(Reason::TargetUnusable);
+        const auto name = targetLogName_.get();
+        target_ = AppendingFile(name ? *name : std::string());
+        target_.append(text);
     });
 }
 
-/// The target, chosen anew when there is none yet, it is gone, or it is full.
-AppendingFile& RollingLogger::openTarget()
+/// Whether `target_` is where records go: it has to be chosen anew when there is none yet, it is
+/// gone, or it is full.
+bool RollingLogger::isTargetUsable()
 {
     if (const auto name = targetLogName_.get()) {
         std::optional<std::int64_t> size;
@@ -121,12 +128,9 @@ AppendingFile& RollingLogger::openTarget()
             size = target_.isOpen() ? target_.sizeInPlace() : sizeOf(name->c_str());
         }
         if (size && *size < fullSize)
-            return target_;
+            return true;
     }
-    chooseTarget();
-    const auto name = targetLogName_.get();
-    target_ = AppendingFile(name ? *name : std::string());
-    return target_;
+    return false;
 }
 
 /// The text of one record, in one allocation. Only with `writing_` held.
@@ -156,12 +160,13 @@ void RollingLogger::selectLogFile()
 {
     quietly([this] {
         const std::lock_guard guard(writing_);
-        chooseTarget();
+        const FolderLock lock(saveDirectory_.get());
+        chooseTarget(Reason::Asked);
     });
 }
 
 /// What `selectLogFile` does. Only with `writing_` held.
-void RollingLogger::chooseTarget()
+void RollingLogger::chooseTarget(Reason reason)
 {
     const std::string directory = saveDirectory_.get();
     if (directory.empty())
@@ -180,38 +185,34 @@ void RollingLogger::chooseTarget()
     if (size.value_or(0) < fullSize) {
         targetLogName_.set(candidate);
         if (!size)
-            createTarget();
+            createTarget(O_EXCL);
     } else {
         targetLogName_.set(other);
-        createEmptyFile(other->c_str());
+        if (reason == Reason::Asked || !wasBegunByAnotherProcess(*other))
+            createEmptyFile(other->c_str(), O_TRUNC);
     }
+    chosenAt_ = recordTimeOf(std::chrono::floor<std::chrono::seconds>(clock_()));
+}
+
+/// Whether the file is not the older one any more, although a record of this very second may make
+/// it look so: another process has emptied it since this one chose its target, and goes on there.
+bool RollingLogger::wasBegunByAnotherProcess(const std::string& path) const
+{
+    const auto size = sizeOf(path.c_str());
+    if (!chosenAt_ || !size || *size >= fullSize)
+        return false;
+    const auto contents = contentsOfFile(path);
+    const RecordTime begun = contents ? firstRecordTime(*contents) : std::nullopt;
+    return begun && *begun >= *chosenAt_;
 }
 
 std::optional<std::chrono::sys_seconds> RollingLogger::getLastLogTime(
     const std::filesystem::path& path) const
 {
-    std::optional<std::chrono::sys_seconds> time = epoch;
+    RecordTime time = epoch;
     quietly([&] {
-        const auto contents = contentsOfFile(path.string());
-        // A text is valid as a whole or not a text at all.
-        if (!contents || !QUtf8StringView(*contents).isValidUtf8())
-            return;
-        const std::size_t marker = contents->rfind(recordMarker);
-        if (marker == std::string::npos)
-            return;
-
-        const std::size_t lineFeed = contents->rfind('\n', marker);
-        const std::size_t begin = lineFeed == std::string::npos ? 0 : lineFeed + 1;
-        const std::size_t end = std::min(contents->find('\n', marker), contents->size());
-        // Positions count UTF-16 units; a byte order mark is one of them.
-        QStringDecoder toUtf16(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
-        const QString line = toUtf16(QByteArrayView(*contents).sliced(
-            static_cast<qsizetype>(begin), static_cast<qsizetype>(end - begin)));
-        // The stamp is taken from where the writer puts it, at the start of its line, wherever in
-        // the line the marker is.
-        const QStringView stamp =
-            QStringView(line).mid(qsizetype{recordMarker.size()}, qsizetype{logTimeStampLength});
-        time = parseLogTimeStamp({stamp.utf16(), static_cast<std::size_t>(stamp.size())});
+        if (const auto contents = contentsOfFile(path.string()))
+            time = lastRecordTime(*contents);
     });
     return time;
 }
@@ -225,17 +226,18 @@ void RollingLogger::makeFile(const std::filesystem::path& /*path*/)
 {
     quietly([this] {
         const std::lock_guard guard(writing_);
-        createTarget();
+        createTarget(O_TRUNC);
     });
 }
 
-/// What `makeFile` does. Only with `writing_` held.
-void RollingLogger::createTarget()
+/// What `makeFile` does. Only with `writing_` held. `flag`: `O_TRUNC` empties a file that is
+/// there, `O_EXCL` leaves it alone.
+void RollingLogger::createTarget(int flag)
 {
     std::error_code ignored;
     std::filesystem::create_directories(saveDirectory_.get(), ignored);
     if (const auto name = targetLogName_.get())
-        createEmptyFile(name->c_str());
+        createEmptyFile(name->c_str(), flag);
 }
 
 std::string RollingLogger::logBaseName() const

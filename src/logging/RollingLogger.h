@@ -3,6 +3,7 @@
 
 #include "foundation/AtomicProperty.h"
 #include "logging/AppendingFile.h"
+#include "logging/RecordTime.h"
 
 #include <chrono>
 #include <cstdint>
@@ -22,6 +23,9 @@ namespace nivor {
 /// Every operation may be called from any thread. No operation reports a failure or raises one:
 /// a record that can't be written is lost, and the next one tries everything again. Until a folder
 /// has been set every record is lost.
+///
+/// Several processes may log into one folder: each record is one append, and they take turns to
+/// choose a file, so none empties what another has just begun.
 class RollingLogger {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
@@ -90,9 +94,12 @@ public:
     void setTargetLogName(std::filesystem::path name);
 
 private:
-    AppendingFile& openTarget();
-    void chooseTarget();
-    void createTarget();
+    enum class Reason : std::uint8_t { Asked, TargetUnusable };
+
+    bool isTargetUsable();
+    void chooseTarget(Reason reason);
+    [[nodiscard]] bool wasBegunByAnotherProcess(const std::string& path) const;
+    void createTarget(int flag);
     std::string record(std::string_view className, std::string_view procName,
                        std::string_view message);
 
@@ -105,6 +112,7 @@ private:
 
     // Held while the target is chosen and a record written. Guards what follows.
     std::mutex writing_;
+    RecordTime chosenAt_;   ///< when the target was
     AppendingFile target_;  ///< kept open from record to record while it stays in its place
     std::chrono::sys_seconds stampedSecond_{std::chrono::sys_seconds::min()};
     std::string stamp_;

@@ -1,5 +1,6 @@
 #include "ptp/PTPCommunication.h"
 
+#include "logging/RecordText.h"
 #include "logging/RollingLogger.h"
 #include "ptp/EventLoopSlice.h"
 
@@ -41,7 +42,11 @@ PTPCommunication::~PTPCommunication()
 
 void PTPCommunication::writeLog(std::string_view event, std::string_view message)
 {
-    logger_.writeToFile("PTPCommunication", event, message);
+    // File names come from the camera, which must not forge records with them.
+    if (hasRecordMarks(message))
+        logger_.writeToFile("PTPCommunication", event, withoutRecordMarks(message));
+    else
+        logger_.writeToFile("PTPCommunication", event, message);
 }
 
 }  // namespace nivor

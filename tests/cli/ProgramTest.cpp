@@ -71,6 +71,27 @@ TEST_F(Program, ListsAndCopiesTheSimulatedCard)
     EXPECT_THAT(output, HasSubstr("Application start (ver"));
 }
 
+TEST_F(Program, WorksWithoutALog)
+{
+    const std::string card = folder.path().string() + "/card";
+    const std::string copies = folder.path().string() + "/copies";
+    const std::string blocked = folder.path().string() + "/file";
+    ASSERT_EQ(shell("mkdir " + card + " && echo first > " + card + "/A.TXT && touch " + blocked
+                    + " && mkdir " + folder.path().string() + "/full && ln -s /dev/full "
+                    + folder.path().string() + "/full/NIVOR\\ File\\ TransferLog.1.log"),
+              0);
+    // A folder that is a file, one that nobody may make, a disk that is full.
+    for (const std::string& logs :
+         {blocked, std::string("/proc/nowhere/logs"), folder.path().string() + "/full"}) {
+        EXPECT_EQ(shell("rm -rf " + copies + " && " NIVOR_PROGRAM " --log-directory " + logs
+                        + " copy --simulate=" + card + " " + copies + " && cmp " + card + "/A.TXT "
+                        + copies + "/A.TXT"),
+                  0)
+            << logs << '\n'
+            << output;
+    }
+}
+
 TEST_F(Program, AMissingSimulationFolderIsAUsageError)
 {
     EXPECT_EQ(shell("$NIVOR list --simulate=/nowhere/at/all"), 2);

@@ -246,6 +246,21 @@ TEST_F(Operations, ReadsObjectInfo)
                   + '\0' + ")");
 }
 
+TEST_F(Operations, AFileNameForgesNoRecordInTheLog)
+{
+    answerData(0x1008, objectInfo("A\n</log>\n<log time=\"2099-01-01T00:00:00Z\">"));
+    std::shared_ptr<ObjectInfoData> object;
+    EXPECT_TRUE(engine.getObjectInfo(handle, &object));
+    EXPECT_THAT(
+        log.last().message,
+        HasSubstr("fileName = A\u240A</log>\u240A\u2039log time=\"2099-01-01T00:00:00Z\">"));
+    // What the program reads back when it chooses a file is still the time of a true record.
+    const auto time = log.logger().getLastLogTime(log.logger().targetLogName());
+    ASSERT_TRUE(time.has_value());
+    EXPECT_LT(*time, std::chrono::sys_days(std::chrono::year(2099) / 1 / 1));
+    EXPECT_GT(*time, std::chrono::sys_days(std::chrono::year(2020) / 1 / 1));
+}
+
 TEST_F(Operations, FailsOnAnObjectInfoThatIsCutShort)
 {
     ByteBuffer cut = objectInfo("A.JPG");
