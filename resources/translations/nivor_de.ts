@@ -53,6 +53,7 @@
     <message id="statusCopied"><source></source><translation>%1 von %2 Dateien kopiert</translation></message>
     <message id="statusDeleted"><source></source><translation>%1 von %2 Dateien gelöscht</translation></message>
     <message id="statusDeleting"><source></source><translation>Wird gelöscht…</translation></message>
+    <message id="statusIncomplete"><source></source><translation>die Liste ist unvollständig</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n Element</numerusform><numerusform>%n Elemente</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>Keine Kamera</translation></message>
     <message id="statusReading"><source></source><translation>Kamera wird gelesen…</translation></message>

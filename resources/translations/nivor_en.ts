@@ -53,6 +53,7 @@
     <message id="statusCopied"><source></source><translation>%1 of %2 files copied</translation></message>
     <message id="statusDeleted"><source></source><translation>%1 of %2 files deleted</translation></message>
     <message id="statusDeleting"><source></source><translation>Deleting…</translation></message>
+    <message id="statusIncomplete"><source></source><translation>the list is incomplete</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n item</numerusform><numerusform>%n items</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>No camera</translation></message>
     <message id="statusReading"><source></source><translation>Reading camera…</translation></message>

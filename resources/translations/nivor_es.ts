@@ -53,6 +53,7 @@
     <message id="statusCopied"><source></source><translation>%1 de %2 archivos copiados</translation></message>
     <message id="statusDeleted"><source></source><translation>%1 de %2 archivos eliminados</translation></message>
     <message id="statusDeleting"><source></source><translation>Eliminando…</translation></message>
+    <message id="statusIncomplete"><source></source><translation>la lista está incompleta</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n elemento</numerusform><numerusform>%n elementos</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>Sin cámara</translation></message>
     <message id="statusReading"><source></source><translation>Leyendo la cámara…</translation></message>

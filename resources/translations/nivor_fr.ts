@@ -53,6 +53,7 @@
     <message id="statusCopied"><source></source><translation>%1 fichiers copiés sur %2</translation></message>
     <message id="statusDeleted"><source></source><translation>%1 fichiers supprimés sur %2</translation></message>
     <message id="statusDeleting"><source></source><translation>Suppression…</translation></message>
+    <message id="statusIncomplete"><source></source><translation>la liste est incomplète</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n élément</numerusform><numerusform>%n éléments</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>Aucun appareil photo</translation></message>
     <message id="statusReading"><source></source><translation>Lecture de l’appareil photo…</translation></message>

@@ -53,6 +53,7 @@
     <message id="statusCopied"><source></source><translation>%2 個中 %1 個のファイルをコピーしました</translation></message>
     <message id="statusDeleted"><source></source><translation>%2 個中 %1 個のファイルを削除しました</translation></message>
     <message id="statusDeleting"><source></source><translation>削除中…</translation></message>
+    <message id="statusIncomplete"><source></source><translation>リストは不完全です</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n個の項目</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>カメラなし</translation></message>
     <message id="statusReading"><source></source><translation>カメラを読み込み中…</translation></message>

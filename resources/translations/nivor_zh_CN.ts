@@ -53,6 +53,7 @@
     <message id="statusCopied"><source></source><translation>已复制 %1 个文件（共 %2 个）</translation></message>
     <message id="statusDeleted"><source></source><translation>已删除 %1 个文件（共 %2 个）</translation></message>
     <message id="statusDeleting"><source></source><translation>正在删除…</translation></message>
+    <message id="statusIncomplete"><source></source><translation>列表不完整</translation></message>
     <message id="statusItems" numerus="yes"><source></source><translation><numerusform>%n 个项目</numerusform></translation></message>
     <message id="statusNoCamera"><source></source><translation>未连接相机</translation></message>
     <message id="statusReading"><source></source><translation>正在读取相机…</translation></message>

@@ -58,6 +58,7 @@ inline constexpr const char* selectAllButtonToolTip = "selectAllButtonToolTip";
 inline constexpr const char* statusCopied = "statusCopied";
 inline constexpr const char* statusDeleted = "statusDeleted";
 inline constexpr const char* statusDeleting = "statusDeleting";
+inline constexpr const char* statusIncomplete = "statusIncomplete";
 inline constexpr const char* statusItems = "statusItems";
 inline constexpr const char* statusNoCamera = "statusNoCamera";
 inline constexpr const char* statusReading = "statusReading";

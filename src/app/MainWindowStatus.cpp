@@ -96,6 +96,8 @@ QString MainWindow::currentStatus() const
         bytes += itemAtRow(row)->objectCompressedSize();
     const QString separator = localizedText(TextKey::statusSeparator);
     QString text = localizedCount(TextKey::statusItems, objects_.size());
+    if (loader.isIncomplete())
+        text += separator + localizedText(TextKey::statusIncomplete);
     if (selected.empty())
         return text;
     text += separator + localizedCount(TextKey::statusSelected, static_cast<int>(selected.size()));

@@ -24,6 +24,10 @@ std::string problemText(const ContentLoader::Result& result)
     case ContentLoader::End::TooManyFailures:
         problem = "the camera stopped answering; what was read so far may be only a part";
         break;
+    case ContentLoader::End::TooMuch:
+        problem = "the camera names more objects than this program lists; what follows is only a "
+                  "part";
+        break;
     case ContentLoader::End::Complete:
     case ContentLoader::End::Stopped:
         if (result.failedObjects > 0)

@@ -61,32 +61,32 @@ void BackgroundLoader::startLoad(LoadNumber number)
 void BackgroundLoader::load(LoadNumber number)
 {
     priority_.waitWhileClaimed([this, number] { return isOver(number); });
-    bool isListed = false;
+    ContentLoader::Result result{.end = ContentLoader::End::NoStorage};
     try {
-        isListed = !isOver(number) && engine_.connect(vendorID_) && list(number);
+        if (!isOver(number) && engine_.connect(vendorID_))
+            result = list(number);
     } catch (const std::exception&) {
         // Out of memory, most likely: as good as a camera that can't be read.
     }
     Progress end = progress();
     end.load = number;
     end.isLoading = false;
-    end.hasFailed = !isListed && !isClosed();
+    end.hasFailed = result.end == ContentLoader::End::NoStorage && !isClosed();
+    end.isIncomplete = !end.hasFailed && !result.isComplete();
     setProgress(end);
 }
 
-/// False when the camera has no storage.
-bool BackgroundLoader::list(LoadNumber number)
+/// The result without its listing, which is on its way to the model.
+ContentLoader::Result BackgroundLoader::list(LoadNumber number)
 {
     ContentLoader loader(
         engine_, {.thumbnails = true},
         [this, number](const ContentLoader::Progress& progress) { noteProgress(progress, number); },
         [this, number] { return isOver(number); });
     ContentLoader::Result result = loader.load();
-    if (result.end == ContentLoader::End::NoStorage)
-        return false;
-    if (!isOver(number))
-        publishAtLast(number, std::move(result.listing));
-    return true;
+    if (result.end != ContentLoader::End::NoStorage && !isOver(number))
+        publishAtLast(number, std::exchange(result.listing, {}));
+    return result;
 }
 
 void BackgroundLoader::publishAtLast(LoadNumber number, ContentListing listing)

@@ -68,6 +68,10 @@ public:
     /// storage. Any thread.
     [[nodiscard]] bool hasFailed() const { return progress().hasFailed; }
 
+    /// The last load has ended with a list that lacks something: objects that could not be read, or
+    /// all that would have come after the camera stopped answering. Any thread.
+    [[nodiscard]] bool isIncomplete() const { return progress().isIncomplete; }
+
     /// Objects asked for so far and objects known of, both 0 until the camera has named them.
     [[nodiscard]] std::size_t objectsDone() const { return progress().done; }
     [[nodiscard]] std::size_t objectsTotal() const { return progress().total; }
@@ -83,6 +87,7 @@ private:
         LoadNumber load = 0;
         bool isLoading = false;
         bool hasFailed = false;
+        bool isIncomplete = false;
         std::size_t done = 0;
         std::size_t total = 0;
     };
@@ -91,7 +96,7 @@ private:
     void setProgress(const Progress& progress);
     void startLoad(LoadNumber number);
     void load(LoadNumber number);
-    bool list(LoadNumber number);
+    ContentLoader::Result list(LoadNumber number);
     void publishAtLast(LoadNumber number, ContentListing listing);
     void noteProgress(const ContentLoader::Progress& progress, LoadNumber number);
     [[nodiscard]] bool isOver(LoadNumber number) const;

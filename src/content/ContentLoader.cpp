@@ -25,17 +25,19 @@ constexpr std::uint64_t sizeBeyondField = 0xFFFFFFFF;
 }  // namespace
 
 ContentLoader::ContentLoader(PTPCommunication& engine, Options options, Observer observer,
-                             StopPredicate stop)
+                             StopPredicate stop, ListingBudget budget)
     : engine_(engine)
     , options_(options)
     , observer_(std::move(observer))
     , stop_(std::move(stop))
+    , fullBudget_(budget)
 {
 }
 
 ContentLoader::Result ContentLoader::load()
 {
     result_ = {};
+    budget_ = fullBudget_;
     done_ = 0;
     consecutiveFailures_ = 0;
 
@@ -78,6 +80,8 @@ bool ContentLoader::readObjects(const HandlesDict& handles, const QString& folde
 {
     // A copy: the listing's own handles may be what is passed in.
     for (const HandleBlock& handle : inListingOrder(handles)) {
+        if (endIfTooMuch())
+            return false;
         const bool wasRead = readObject(handle, folder);
         ++done_;
         if (wasRead) {
@@ -103,6 +107,7 @@ bool ContentLoader::readObject(const HandleBlock& handle, const QString& folder)
         completeFile(*object, handle);
     object->setMyHandle(handle.key());
     place(*object, folder);
+    budget_.add(*object);
     result_.listing.objects.push_back(std::move(object));
     return true;
 }
@@ -119,8 +124,12 @@ void ContentLoader::completeFile(ObjectInfoData& object, const HandleBlock& hand
         }
         object.setObjectCompressedSize(size.value().value_or(0));
     }
-    if (options_.thumbnails && object.thumbCompressedSize() != 0)
+    if (!options_.thumbnails || object.thumbCompressedSize() == 0)
+        return;
+    if (budget_.hasRoomForThumbnail())
         readThumbnail(object, handle);
+    else
+        ++result_.thumbnailsLeftOut;
 }
 
 void ContentLoader::readThumbnail(ObjectInfoData& object, const HandleBlock& handle)
@@ -172,8 +181,7 @@ void ContentLoader::lookIntoFolders(std::uint32_t storageID)
         const std::vector<HandleBlock> folders = foldersFrom(firstOfLevel);
         firstOfLevel = result_.listing.objects.size();
         for (const HandleBlock& folder : folders) {
-            if (result_.listing.handles.size() >= mostObjects || endIfStopped()
-                || !lookIntoFolder(storageID, folder))
+            if (endIfTooMuch() || endIfStopped() || !lookIntoFolder(storageID, folder))
                 return;
         }
     }
@@ -218,6 +226,14 @@ bool ContentLoader::goesOnAfterFailure(std::string reason)
         return true;
     result_.end = End::TooManyFailures;
     return false;
+}
+
+bool ContentLoader::endIfTooMuch()
+{
+    if (budget_.hasRoomForObject())
+        return false;
+    result_.end = End::TooMuch;
+    return true;
 }
 
 bool ContentLoader::endIfStopped()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "content/ContentListing.h"
+#include "content/ListingBudget.h"
 
 #include <QString>
 
@@ -42,26 +43,32 @@ public:
         Complete,
         NoStorage,  ///< the camera named no storage; nothing was listed
         TooManyFailures,
+        TooMuch,  ///< more than `ListingBudget` allows; what was read so far is listed
         Stopped,
     };
 
     struct Result {
         End end = End::Complete;
         ContentListing listing{};
-        std::size_t failedObjects = 0;  ///< objects named by the camera that could not be read
-        bool handlesFailed = false;     ///< a list of handles was missing or incomplete
-        std::string failure{};          ///< why the last of all these failed, UTF-8; may be empty
+        std::size_t failedObjects = 0;      ///< objects named by the camera that could not be read
+        bool handlesFailed = false;         ///< a list of handles was missing or incomplete
+        std::size_t thumbnailsLeftOut = 0;  ///< not asked for: there was no room for them
+        std::string failure{};  ///< why the last of all these failed, UTF-8; may be empty
+
+        /// Whether the listing names all that the camera has.
+        [[nodiscard]] bool isComplete() const
+        {
+            return end == End::Complete && failedObjects == 0 && !handlesFailed;
+        }
     };
 
     /// Folders deeper than this are not looked into.
     static constexpr int deepestLevel = 64;
 
-    /// No further folder is looked into once so many objects are known.
-    static constexpr qsizetype mostObjects = 1'000'000;
-
     /// `observer` is called after each object; `stop` is asked then and before each folder.
+    /// `budget`: an unused one, for each `load`.
     ContentLoader(PTPCommunication& engine, Options options, Observer observer = {},
-                  StopPredicate stop = {});
+                  StopPredicate stop = {}, ListingBudget budget = {});
 
     /// Lists the camera that the engine is connected to.
     Result load();
@@ -79,6 +86,7 @@ private:
     bool lookIntoFolder(std::uint32_t storageID, const HandleBlock& folder);
     [[nodiscard]] std::vector<HandleBlock> foldersFrom(std::size_t firstObject) const;
     bool goesOnAfterFailure(std::string reason);
+    bool endIfTooMuch();
     bool endIfStopped();
     void report();
 
@@ -87,6 +95,8 @@ private:
     const Observer observer_;
     const StopPredicate stop_;
 
+    const ListingBudget fullBudget_;
+    ListingBudget budget_;
     Result result_;
     std::size_t done_ = 0;
     int consecutiveFailures_ = 0;

@@ -29,6 +29,9 @@ public:
     /// Width and height in pixels.
     [[nodiscard]] QSize size() const { return size_; }
 
+    /// Size of the file in bytes.
+    [[nodiscard]] std::size_t fileSize() const { return static_cast<std::size_t>(file_.size()); }
+
     /// The picture, decoded anew at each call; null when the file turns out to be damaged.
     [[nodiscard]] QImage image() const;
 

@@ -58,6 +58,18 @@ TEST_F(MainWindowTest, ACameraThatCannotBeReadIsCalledSo)
     EXPECT_EQ(real.hint().title(), english("The camera can’t be read."));
 }
 
+TEST_F(MainWindowTest, AnIncompleteListIsCalledSo)
+{
+    addFiles({u"A", u"B", u"C"});
+    plugIn({.faults = FaultPlan().on(OperationCode::GetObjectInfo, damagedAnswer(),
+                                     Occurrences::nth(2))});
+    listCamera();
+    real.updateStatus();
+    EXPECT_EQ(real.statusText(), english("2 items, the list is incomplete"));
+    click("A");
+    EXPECT_EQ(real.statusText(), english("2 items, the list is incomplete, 1 selected, 10 bytes"));
+}
+
 TEST_F(MainWindowTest, WhileItReadsTheStatusCounts)
 {
     addFiles({u"A", u"B", u"C"});

@@ -149,6 +149,7 @@ TEST_F(BackgroundLoaderTest, OneFailureIsPassedOver)
         {.faults = FaultPlan().on(Operation::GetObjectInfo, damagedAnswer(), Occurrences::nth(2))});
     loadWhole();
     EXPECT_THAT(shown(), ElementsAre("A", "C"));
+    EXPECT_TRUE(loader.isIncomplete());
 }
 
 TEST_F(BackgroundLoaderTest, TwoFailuresInARowPublishWhatWasRead)
@@ -158,6 +159,10 @@ TEST_F(BackgroundLoaderTest, TwoFailuresInARowPublishWhatWasRead)
     loadWhole();
     EXPECT_THAT(shown(), ElementsAre("A"));
     EXPECT_TRUE(model.isUpdateView());
+    EXPECT_TRUE(loader.isIncomplete());
+    EXPECT_FALSE(loader.hasFailed());
+    loader.setupDataModels();
+    EXPECT_FALSE(loader.isIncomplete());
 }
 
 TEST_F(BackgroundLoaderTest, ACameraThatVanishesLeavesWhatWasRead)
