@@ -33,8 +33,17 @@ QByteArray cameraFormat(const QByteArray& file)
     return {};
 }
 
+/// The memory of the largest picture, in MiB: some formats have 8 bytes a pixel.
+constexpr int mostMemory = static_cast<int>((8 * Thumbnail::mostPixels) >> 20);
+
 std::unique_ptr<QImageReader> readerOf(QBuffer& file, const QByteArray& format)
 {
+    // For the whole process; nothing else in it reads pictures that large.
+    static const bool isLimited = [] {
+        QImageReader::setAllocationLimit(mostMemory);
+        return true;
+    }();
+    static_cast<void>(isLimited);
     auto reader = std::make_unique<QImageReader>(&file, format);
     reader->setAutoDetectImageFormat(false);
     return reader;
@@ -70,7 +79,10 @@ QImage Thumbnail::image() const
 {
     QByteArray file = file_;
     QBuffer buffer(&file);
-    return readerOf(buffer, cameraFormat(file))->read();
+    QImage image = readerOf(buffer, cameraFormat(file))->read();
+    // The size told before decoding may be another one: that of a GIF's first frame, not its
+    // screen.
+    return qint64{image.width()} * image.height() > mostPixels ? QImage() : image;
 }
 
 }  // namespace nivor

@@ -26,13 +26,14 @@ public:
     /// `mostPixels` pixels, or are more than `largestFile`. The rest of the file is not looked at.
     static std::shared_ptr<const Thumbnail> fromFile(ByteView bytes);
 
-    /// Width and height in pixels.
+    /// Width and height in pixels, as the file says before it is decoded.
     [[nodiscard]] QSize size() const { return size_; }
 
     /// Size of the file in bytes.
     [[nodiscard]] std::size_t fileSize() const { return static_cast<std::size_t>(file_.size()); }
 
-    /// The picture, decoded anew at each call; null when the file turns out to be damaged.
+    /// The picture, decoded anew at each call; null when the file turns out to be damaged, or to
+    /// have more than `mostPixels` after all.
     [[nodiscard]] QImage image() const;
 
 private:

@@ -67,4 +67,35 @@ TEST(Thumbnail, APictureBeyondTheBoundIsNotDecoded)
     EXPECT_EQ(Thumbnail::fromFile(bomb), nullptr);
 }
 
+/// A GIF whose one frame is 1 x 1, on a screen of that size.
+ByteBuffer gifOnScreen(std::uint16_t width, std::uint16_t height)
+{
+    ByteBuffer bytes{'G', 'I', 'F', '8', '9', 'a'};
+    for (const std::uint16_t side : {width, height}) {
+        bytes.push_back(static_cast<std::uint8_t>(side));
+        bytes.push_back(static_cast<std::uint8_t>(side >> 8));
+    }
+    const ByteBuffer rest{0x80, 0, 0,                             // palette of two colours
+                          0,    0, 0, 0xFF, 0xFF, 0xFF,           // black, white
+                          0x2C, 0, 0, 0,    0,    1,    0, 1, 0,  // a frame at 0, 0 of 1 x 1
+                          0,    2, 2, 0x44, 1,    0,              // its one pixel
+                          0x3B};
+    bytes.insert(bytes.end(), rest.begin(), rest.end());
+    return bytes;
+}
+
+TEST(Thumbnail, AScreenBeyondTheBoundBehindASmallFrameIsNotDecoded)
+{
+    const auto small = Thumbnail::fromFile(gifOnScreen(4, 2));
+    ASSERT_NE(small, nullptr);
+    EXPECT_EQ(small->image().size(), QSize(4, 2));
+
+    // 2,000 x 2,200 pixels stay below the decoders' limit of memory, 2,000 x 65,535 don't.
+    for (const std::uint16_t height : {std::uint16_t{2200}, std::uint16_t{0xFFFF}}) {
+        const auto thumbnail = Thumbnail::fromFile(gifOnScreen(2000, height));
+        ASSERT_NE(thumbnail, nullptr);
+        EXPECT_TRUE(thumbnail->image().isNull());
+    }
+}
+
 }  // namespace
