@@ -1,5 +1,6 @@
 #include "support/EmulatedUsbfs.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <system_error>
@@ -14,8 +15,9 @@ std::size_t bulkInPacketSize(const MockedUsbDescription& description)
 {
     for (const MockedInterface& interface : description.interfaces) {
         for (const MockedEndpoint& endpoint : interface.endpoints) {
+            // The upper bits count transactions per microframe.
             if (endpoint.attributes == 2 && (endpoint.address & 0x80) != 0)
-                return endpoint.maxPacketSize;
+                return endpoint.maxPacketSize & 0x7FF;
         }
     }
     return 512;
@@ -26,6 +28,7 @@ std::size_t bulkInPacketSize(const MockedUsbDescription& description)
 EmulatedUsbfs::EmulatedUsbfs(std::string pipePath, MockedUsbDescription description,
                              double bytesPerSecond)
     : description_(std::move(description))
+    , packetSize_(bulkInPacketSize(description_))
     , pipe_(::open(pipePath.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC))
 {
     if (pipe_ < 0)
@@ -34,7 +37,7 @@ EmulatedUsbfs::EmulatedUsbfs(std::string pipePath, MockedUsbDescription descript
     ::fcntl(pipe_, F_SETPIPE_SZ, 4096);
     showReapable(false);
     wire_ = std::make_unique<MockedWire>(
-        mutex_, bulkInPacketSize(description_), bytesPerSecond,
+        mutex_, std::max<std::size_t>(packetSize_, 1), bytesPerSecond,
         [this](usbdevfs_urb* urb, int status) { completed(urb, status); });
 }
 
@@ -63,10 +66,29 @@ void EmulatedUsbfs::send(ByteBuffer bytes, WireEnd end)
         wire_->send(std::move(bytes), end);
 }
 
+void EmulatedUsbfs::sendForEver(ByteBuffer bytes, WireEnd end)
+{
+    const std::lock_guard guard(mutex_);
+    if (!gone_)
+        wire_->sendForEver(std::move(bytes), end);
+}
+
 void EmulatedUsbfs::failIn(int error)
 {
     const std::lock_guard guard(mutex_);
     wire_->fail(error);
+}
+
+void EmulatedUsbfs::failInForEver(int error)
+{
+    const std::lock_guard guard(mutex_);
+    wire_->failForEver(error);
+}
+
+void EmulatedUsbfs::forgetIn()
+{
+    const std::lock_guard guard(mutex_);
+    wire_->forget();
 }
 
 void EmulatedUsbfs::failNext(unsigned long request, int error)

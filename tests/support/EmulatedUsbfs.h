@@ -56,7 +56,12 @@ public:
     void onBulkOut(BulkOut answer);
     void onControl(Control answer);
     void send(ByteBuffer bytes, WireEnd end);
+    void sendForEver(ByteBuffer bytes, WireEnd end);
     void failIn(int error);
+    void failInForEver(int error);
+
+    /// Takes back what the device has not yet sent.
+    void forgetIn();
 
     /// The next such request fails with that errno.
     void failNext(unsigned long request, int error);
@@ -91,6 +96,7 @@ private:
     void showReapable(bool reapable);
 
     const MockedUsbDescription description_;
+    const std::size_t packetSize_;
     int pipe_;
     mutable std::mutex mutex_;
     bool shownReapable_ = true;

@@ -20,6 +20,10 @@ int EmulatedUsbfs::submit(usbdevfs_urb& urb)
         const std::lock_guard guard(mutex_);
         if (gone_)
             return -ENODEV;
+        const bool bulkIn = urb.type != USBDEVFS_URB_TYPE_CONTROL && (urb.endpoint & 0x80) != 0;
+        // The kernel takes no request for an endpoint whose packets hold nothing.
+        if (bulkIn && packetSize_ == 0)
+            return -EMSGSIZE;
         const auto size = static_cast<std::size_t>(urb.buffer_length);
         if (counters_.bytesInFlight + size > memoryLimit_) {
             ++counters_.refusedForMemory;
@@ -29,7 +33,7 @@ int EmulatedUsbfs::submit(usbdevfs_urb& urb)
         counters_.bytesInFlight += size;
         counters_.mostBytesInFlight =
             std::max(counters_.mostBytesInFlight, counters_.bytesInFlight);
-        if (urb.type != USBDEVFS_URB_TYPE_CONTROL && (urb.endpoint & 0x80) != 0) {
+        if (bulkIn) {
             wire_->submit(&urb);
             return 0;
         }

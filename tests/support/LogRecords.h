@@ -62,6 +62,19 @@ public:
         return messages;
     }
 
+    /// The messages of one event among the records behind the first `count`.
+    [[nodiscard]] std::vector<std::string> messagesSince(std::size_t count,
+                                                         std::string_view event) const
+    {
+        const std::vector<LogRecord> all = records();
+        std::vector<std::string> messages;
+        for (std::size_t i = count; i < all.size(); ++i) {
+            if (all[i].event == event)
+                messages.push_back(all[i].message);
+        }
+        return messages;
+    }
+
     [[nodiscard]] LogRecord last() const
     {
         const std::vector<LogRecord> all = records();

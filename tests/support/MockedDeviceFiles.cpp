@@ -7,6 +7,12 @@
 #include <system_error>
 
 namespace nivor::test {
+namespace {
+
+// Behind the path of a device that has left.
+constexpr char left[] = " (left) ";
+
+}  // namespace
 
 MockedDeviceFiles& MockedDeviceFiles::instance()
 {
@@ -32,8 +38,15 @@ void MockedDeviceFiles::remove(const std::string& path)
     if (node.empty())
         return;
     const auto& [device, inode] = node.mapped().identity;
-    node.key() = path + " (left) " + std::to_string(inode);
+    node.key() = path + left + std::to_string(inode);
     files_.insert(std::move(node));
+}
+
+void MockedDeviceFiles::forgetLeft()
+{
+    const std::lock_guard guard(mutex_);
+    std::erase_if(files_,
+                  [](const auto& file) { return file.first.find(left) != file.first.npos; });
 }
 
 std::shared_ptr<EmulatedUsbfs> MockedDeviceFiles::find(int descriptor)

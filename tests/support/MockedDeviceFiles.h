@@ -24,6 +24,9 @@ public:
              std::shared_ptr<EmulatedUsbfs> usbfs);
     void remove(const std::string& path);
 
+    /// Lets go of the devices that have left; nobody may have one open any more.
+    void forgetLeft();
+
     /// The kernel side of an open device file, or none for any other file.
     std::shared_ptr<EmulatedUsbfs> find(int descriptor);
 

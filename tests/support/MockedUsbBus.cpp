@@ -132,6 +132,11 @@ void MockedUsbBus::remove(const MockedUsbDescription& description, const std::st
     umockdev_testbed_remove_device(testbed_->testbed, directory.c_str());
 }
 
+void MockedUsbBus::forgetLeft()
+{
+    MockedDeviceFiles::instance().forgetLeft();
+}
+
 std::size_t MockedUsbBus::openCount(const std::string& deviceNode)
 {
     return MockedDeviceFiles::instance().openCount(deviceNode);

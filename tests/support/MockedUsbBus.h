@@ -34,6 +34,9 @@ public:
     /// Takes a device off the bus, with its unplug event.
     void remove(const MockedUsbDescription& description, const std::string& directory);
 
+    /// Gives back what devices that have left still hold. Only while nothing uses libusb.
+    static void forgetLeft();
+
     static std::string deviceNode(const MockedUsbDescription& description);
 
     /// How often that device file was opened since it was made.

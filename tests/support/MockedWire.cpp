@@ -12,6 +12,8 @@ namespace {
 // A paced wire moves at most so much at a time, which is how finely a slow device is seen to move.
 constexpr std::size_t largestStep = 16 * 1024;
 
+constexpr std::chrono::microseconds microframe{125};
+
 }  // namespace
 
 MockedWire::MockedWire(std::mutex& mutex, std::size_t maxPacketSize, double bytesPerSecond,
@@ -45,10 +47,28 @@ void MockedWire::send(ByteBuffer bytes, WireEnd end)
     moveAll();
 }
 
+void MockedWire::sendForEver(ByteBuffer bytes, WireEnd end)
+{
+    items_.push_back({std::move(bytes), 0, end, 0, Clock::now(), true});
+    moveAll();
+}
+
 void MockedWire::fail(int error)
 {
     items_.push_back({{}, 0, WireEnd::Open, error, Clock::now()});
     moveAll();
+}
+
+void MockedWire::failForEver(int error)
+{
+    items_.push_back({{}, 0, WireEnd::Open, error, Clock::now(), true});
+    moveAll();
+}
+
+void MockedWire::forget()
+{
+    items_.clear();
+    changed_.notify_all();
 }
 
 void MockedWire::submit(usbdevfs_urb* urb)
@@ -117,7 +137,8 @@ void MockedWire::moveChunk(std::size_t size)
     if (item.error != 0) {
         const int error = item.error;
         halted_ = error == EPIPE;
-        items_.pop_front();
+        if (!item.forEver)
+            items_.pop_front();
         return complete(-error);
     }
     std::copy_n(item.bytes.begin() + static_cast<std::ptrdiff_t>(item.sent), size,
@@ -139,6 +160,14 @@ void MockedWire::moveChunk(std::size_t size)
         return;
     }
     const bool emptyPacketFollows = wholePackets && item.end == WireEnd::Marked;
+    if (item.forEver) {
+        item.sent = 0;
+        // A microframe goes by: what has no end has a pace all the same.
+        std::this_thread::sleep_for(microframe);
+        if (full || !wholePackets || emptyPacketFollows)
+            complete(0);
+        return;
+    }
     if (emptyPacketFollows && full && size > 0) {
         // It ends the next request.
         item.bytes.clear();

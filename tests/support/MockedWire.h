@@ -41,8 +41,18 @@ public:
 
     void send(ByteBuffer bytes, WireEnd end);
 
+    /// Sends the same again and again, once a microframe if there are requests for it, until
+    /// `forget`.
+    void sendForEver(ByteBuffer bytes, WireEnd end);
+
     /// The next request fails with that errno; EPIPE halts the endpoint until it is cleared.
     void fail(int error);
+
+    /// Every request from then on fails so; with EPIPE, cleared halts come back.
+    void failForEver(int error);
+
+    /// Takes back what has not been sent.
+    void forget();
 
     void submit(usbdevfs_urb* urb);
 
@@ -66,6 +76,7 @@ private:
         WireEnd end = WireEnd::Marked;
         int error = 0;
         Clock::time_point since;
+        bool forEver = false;
     };
     struct Request {
         usbdevfs_urb* urb;
