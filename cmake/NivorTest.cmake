@@ -1,12 +1,14 @@
-# nivor_test(LAYER SOURCES … LINKS … [OWN_MAIN]): one GoogleTest executable per layer.
+# nivor_test(LAYER SOURCES … LINKS … [OWN_MAIN] [GROUPS …]): one GoogleTest executable per layer.
 #
 # OWN_MAIN: one of the sources has the main function.
+# GROUPS: filters of GoogleTest, each of which is one test of CTest; what none of them selects is
+# one more. Without it every test is one.
 # Every test carries its layer's name as a label.
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
 function(nivor_test layer)
-    cmake_parse_arguments(test "OWN_MAIN" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(test "OWN_MAIN" "" "SOURCES;LINKS;GROUPS" ${ARGN})
     set(main GTest::gmock_main)
     if(test_OWN_MAIN)
         set(main GTest::gmock)
@@ -30,8 +32,28 @@ function(nivor_test layer)
         # following them there.
         set(environment "ASAN_OPTIONS=intercept_tls_get_addr=0")
     endif()
+    if(test_GROUPS)
+        nivor_test_groups("${layer}" "${environment}" ${test_GROUPS})
+        return()
+    endif()
     gtest_discover_tests(test_${layer}
         TEST_PREFIX "${layer}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
         PROPERTIES LABELS ${layer} TIMEOUT 300
                    ENVIRONMENT "${environment}")
+endfunction()
+
+function(nivor_test_groups layer environment)
+    list(JOIN ARGN ":" all)
+    foreach(filter ${ARGN} "*-${all}")
+        string(REGEX REPLACE "[^A-Za-z0-9]+" "." name "${filter}")
+        if(filter MATCHES "^\\*")
+            set(name rest)
+        endif()
+        string(REGEX REPLACE "\\.$" "" name "${name}")
+        add_test(NAME "${layer}.${name}" COMMAND test_${layer} "--gtest_filter=${filter}")
+        # A filter that selects nothing would pass.
+        set_tests_properties("${layer}.${name}" PROPERTIES
+            LABELS ${layer} TIMEOUT 300 ENVIRONMENT "${environment}"
+            FAIL_REGULAR_EXPRESSION "Running 0 tests")
+    endforeach()
 endfunction()
