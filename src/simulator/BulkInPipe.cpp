@@ -220,8 +220,9 @@ BulkInPipe::Step BulkInPipe::move(std::unique_lock<std::mutex>& lock, Reading& r
 
     position_ += count;
     if (transfer->vanishAfter && position_ >= *transfer->vanishAfter) {
+        // What has come of this read is given; the next one finds the camera gone.
         connected_ = false;
-        return reading.isFull() ? Step::Finished : Step::Left;
+        return reading.filled > 0 ? Step::Finished : Step::Left;
     }
     const bool isWhole = position_ == transfer->size();
     const bool endsShort = transfer->size() % maxPacketSize_ != 0;
