@@ -16,8 +16,9 @@
 namespace nivor {
 namespace {
 
-nlohmann::json objectJson(const ObjectTree::Node& node)
+nlohmann::json objectJson(const ObjectTree& tree, std::size_t index)
 {
+    const ObjectTree::Node& node = tree.nodes()[index];
     const ObjectInfoData& object = *node.object;
     const QDateTime modified = object.modifiedDate();
     // The camera's own clock, which knows no time zone.
@@ -25,7 +26,7 @@ nlohmann::json objectJson(const ObjectTree::Node& node)
     return {{"handle", object.myHandle().toUInt()},
             {"parent", object.parentObject().toUInt()},
             {"name", node.name.toStdString()},
-            {"path", node.path.toStdString()},
+            {"path", tree.path(index).toStdString()},
             {"folder", object.isAssociation()},
             {"format", object.objectFormat()},
             {"size", object.objectCompressedSize()},
@@ -38,8 +39,8 @@ nlohmann::json objectJson(const ObjectTree::Node& node)
 void printJsonList(CliEnvironment& environment, const ObjectTree& tree)
 {
     nlohmann::json array = nlohmann::json::array();
-    for (const ObjectTree::Node& node : tree.nodes())
-        array.push_back(objectJson(node));
+    for (std::size_t i = 0; i < tree.nodes().size(); ++i)
+        array.push_back(objectJson(tree, i));
     printJson(environment, array);
 }
 

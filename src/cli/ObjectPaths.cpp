@@ -1,6 +1,5 @@
 #include "cli/ObjectPaths.h"
 
-#include "content/ObjectTree.h"
 #include "content/VisibleName.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
@@ -8,16 +7,17 @@
 namespace nivor {
 
 ObjectPaths::ObjectPaths(const ContentListing& listing)
+    : tree_(listing.objects)
 {
-    const ObjectTree tree(listing.objects);
-    for (const ObjectTree::Node& node : tree.nodes())
-        paths_.insert(node.object.get(), node.path);
+    for (std::size_t i = 0; i < tree_.nodes().size(); ++i)
+        indexes_.insert(tree_.nodes()[i].object.get(), i);
 }
 
 QString ObjectPaths::of(const ObjectInfoData& object) const
 {
-    const auto path = paths_.constFind(&object);
-    return path == paths_.cend() ? NVX_stringByTrimmingNullCharacters(object.fileName()) : *path;
+    const auto index = indexes_.constFind(&object);
+    return index == indexes_.cend() ? NVX_stringByTrimmingNullCharacters(object.fileName())
+                                    : tree_.path(*index);
 }
 
 QString ObjectPaths::shown(const ObjectInfoData& object) const

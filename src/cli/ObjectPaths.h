@@ -1,10 +1,12 @@
 /// Where the objects of a listing stand, in words.
 #pragma once
 
-#include "content/ContentListing.h"
+#include "content/ObjectTree.h"
 
 #include <QHash>
 #include <QString>
+
+#include <cstddef>
 
 namespace nivor {
 
@@ -21,7 +23,8 @@ public:
     [[nodiscard]] QString shown(const ObjectInfoData& object) const;
 
 private:
-    QHash<const ObjectInfoData*, QString> paths_;
+    const ObjectTree tree_;
+    QHash<const ObjectInfoData*, std::size_t> indexes_;  ///< among its nodes
 };
 
 }  // namespace nivor

@@ -10,13 +10,14 @@ namespace nivor {
 namespace {
 
 using Nodes = std::vector<ObjectTree::Node>;
-using Condition = std::function<bool(const ObjectTree::Node&)>;
+using Condition = std::function<bool(std::size_t index)>;
+using Text = std::function<QString(std::size_t index)>;
 
 std::vector<std::size_t> indexesWhere(const Nodes& nodes, const Condition& condition)
 {
     std::vector<std::size_t> indexes;
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        if (condition(nodes[i]))
+        if (condition(i))
             indexes.push_back(i);
     }
     return indexes;
@@ -44,42 +45,44 @@ QString trimmedPath(QString path)
 
 /// The nodes whose `text` is `wanted`, or else those for which it looks the same: one name may be
 /// written in several ways, and a card may hold two files whose names differ in nothing else.
-std::vector<std::size_t> indexesCalled(const Nodes& nodes, const QString& wanted,
-                                       QString ObjectTree::Node::*text)
+std::vector<std::size_t> indexesCalled(const Nodes& nodes, const QString& wanted, const Text& text)
 {
     const auto exact =
-        indexesWhere(nodes, [&](const ObjectTree::Node& node) { return node.*text == wanted; });
+        indexesWhere(nodes, [&](std::size_t index) { return text(index) == wanted; });
     if (!exact.empty())
         return exact;
     const QString normalized = wanted.normalized(QString::NormalizationForm_C);
-    return indexesWhere(nodes, [&](const ObjectTree::Node& node) {
-        return (node.*text).normalized(QString::NormalizationForm_C) == normalized;
+    return indexesWhere(nodes, [&](std::size_t index) {
+        return text(index).normalized(QString::NormalizationForm_C) == normalized;
     });
 }
 
-std::vector<std::size_t> indexesOf(const Nodes& nodes, const QString& word)
+std::vector<std::size_t> indexesOf(const ObjectTree& tree, const QString& word)
 {
+    const Nodes& nodes = tree.nodes();
     if (word.contains(u'/')) {
         const QString path = trimmedPath(word);
-        const auto called = indexesCalled(nodes, path, &ObjectTree::Node::path);
+        const auto called =
+            indexesCalled(nodes, path, [&tree](std::size_t index) { return tree.path(index); });
         if (!called.empty())
             return called;
-        return indexesWhere(nodes, [glob = FileGlob(path)](const ObjectTree::Node& node) {
-            return glob.matchesPath(node.path);
+        return indexesWhere(nodes, [&tree, glob = FileGlob(path)](std::size_t index) {
+            return glob.matchesPath(tree.path(index));
         });
     }
 
-    const auto called = indexesCalled(nodes, word, &ObjectTree::Node::name);
+    const auto called =
+        indexesCalled(nodes, word, [&nodes](std::size_t index) { return nodes[index].name; });
     if (!called.empty())
         return called;
     const QString key = handleKey(word);
-    const auto byHandle = indexesWhere(nodes, [&key](const ObjectTree::Node& node) {
-        return !key.isEmpty() && node.object->myHandle() == key;
+    const auto byHandle = indexesWhere(nodes, [&](std::size_t index) {
+        return !key.isEmpty() && nodes[index].object->myHandle() == key;
     });
     if (!byHandle.empty())
         return byHandle;
-    return indexesWhere(nodes, [glob = FileGlob(word)](const ObjectTree::Node& node) {
-        return glob.matchesName(node.name);
+    return indexesWhere(nodes, [&nodes, glob = FileGlob(word)](std::size_t index) {
+        return glob.matchesName(nodes[index].name);
     });
 }
 
@@ -91,7 +94,7 @@ ObjectSelection selectObjects(const ObjectTree& tree, const QStringList& words)
     ObjectSelection selection;
     std::vector<bool> isSelected(nodes.size(), false);
     for (const QString& word : words) {
-        const std::vector<std::size_t> indexes = indexesOf(nodes, word);
+        const std::vector<std::size_t> indexes = indexesOf(tree, word);
         if (indexes.empty())
             selection.unmatched.push_back(word);
         bool hasFile = false;

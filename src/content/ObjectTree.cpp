@@ -55,13 +55,13 @@ private:
 
     struct Pending {
         std::size_t index;
-        QString folderPath;
+        std::size_t parent;
         std::size_t depth;
     };
 
     void placeWithContents(std::size_t top)
     {
-        std::vector<Pending> pending{{top, QString(), 0}};
+        std::vector<Pending> pending{{top, 0, 0}};
         while (!pending.empty()) {
             const Pending next = std::move(pending.back());
             pending.pop_back();
@@ -75,19 +75,17 @@ private:
     void place(const Pending& next, std::vector<Pending>& pending)
     {
         const auto& object = objects_[next.index];
-        Node node{.object = object,
-                  .name = NVX_stringByTrimmingNullCharacters(object->fileName()),
-                  .path = {},
-                  .depth = next.depth};
-        node.path = next.folderPath + pathComponent(node.name);
-        const QString prefix = node.path + u'/';
-        nodes_.push_back(std::move(node));
+        const std::size_t number = nodes_.size();
+        nodes_.push_back({.object = object,
+                          .name = NVX_stringByTrimmingNullCharacters(object->fileName()),
+                          .parent = next.parent,
+                          .depth = next.depth});
 
         const auto contents = contents_.constFind(next.index);
         if (contents == contents_.cend() || next.depth >= deepestLevel)
             return;
         for (auto child = contents->rbegin(); child != contents->rend(); ++child)
-            pending.push_back({*child, prefix, next.depth + 1});
+            pending.push_back({*child, number, next.depth + 1});
     }
 
     const ObjectList& objects_;
@@ -101,6 +99,16 @@ private:
 ObjectTree::ObjectTree(const ObjectList& objects)
 {
     Builder(objects, nodes_).build();
+}
+
+QString ObjectTree::path(std::size_t index) const
+{
+    QString path = pathComponent(nodes_[index].name);
+    while (nodes_[index].depth > 0) {
+        index = nodes_[index].parent;
+        path.prepend(pathComponent(nodes_[index].name) + u'/');
+    }
+    return path;
 }
 
 std::size_t ObjectTree::descendantCount(std::size_t index) const

@@ -23,9 +23,9 @@ public:
     /// An object with its place.
     struct Node {
         std::shared_ptr<ObjectInfoData> object;
-        QString name;           ///< the camera's, without terminator
-        QString path;           ///< names joined by '/', such as "DCIM/100NIVOR/IMG_0001.JPG"
-        std::size_t depth = 0;  ///< folders above it
+        QString name;            ///< the camera's, without terminator
+        std::size_t parent = 0;  ///< the index of the folder that it lies in, unless `depth` is 0
+        std::size_t depth = 0;   ///< folders above it
     };
 
     explicit ObjectTree(const ObjectList& objects);
@@ -33,6 +33,11 @@ public:
     /// Folders before their contents, siblings in the order of the list.
     [[nodiscard]] const std::vector<Node>& nodes() const& { return nodes_; }
     const std::vector<Node>& nodes() const&& = delete;  // they go with the tree
+
+    /// The names that lead to the object at `index`, joined by '/', such as
+    /// "DCIM/100NIVOR/IMG_0001.JPG". Made anew at each call: together, the paths of long names
+    /// can take a thousand times the memory of the objects.
+    [[nodiscard]] QString path(std::size_t index) const;
 
     /// How many of `nodes()` directly behind the one at `index` lie below it, at any depth.
     [[nodiscard]] std::size_t descendantCount(std::size_t index) const;

@@ -50,8 +50,8 @@ protected:
     {
         std::vector<std::string> paths;
         const ObjectTree tree(objects);
-        for (const auto& node : tree.nodes())
-            paths.push_back(node.path.toStdString());
+        for (std::size_t i = 0; i < tree.nodes().size(); ++i)
+            paths.push_back(tree.path(i).toStdString());
         return paths;
     }
 
@@ -114,7 +114,7 @@ TEST_F(ObjectTreeTest, WhatLiesTooDeepIsNotLost)
         addFolder(i, i - 1, QStringLiteral("F"));
     const ObjectTree tree(objects);
     EXPECT_EQ(tree.nodes().size(), 200U);
-    for (const auto& node : tree.nodes())
+    for (std::size_t i = 0; i < tree.nodes().size(); ++i)
         EXPECT_LE(node.depth, ObjectTree::deepestLevel);
 }
 

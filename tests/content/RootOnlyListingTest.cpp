@@ -97,8 +97,8 @@ TEST_F(RootOnlyListing, AnObjectThatNamesNoKnownParentLiesWhereItWasFound)
     const auto result = load();
     const ObjectTree tree(result.listing.objects);
     std::vector<std::string> paths;
-    for (const auto& node : tree.nodes())
-        paths.push_back(node.path.toStdString());
+    for (std::size_t i = 0; i < tree.nodes().size(); ++i)
+        paths.push_back(tree.path(i).toStdString());
     EXPECT_THAT(paths, ElementsAre("DCIM", "DCIM/SAYS_TOP", "DCIM/SAYS_LOST", "DCIM/SAYS_ITSELF"));
 }
 
