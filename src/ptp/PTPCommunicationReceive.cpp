@@ -112,7 +112,18 @@ bool PTPCommunication::receiveContainer(Reception& reception)
         setIsReceivedResponse(true);
         setLastResponseCode(header.code);
     } else if (header.isOfType(ContainerType::Data)) {
-        receiveDataPhase(reception, received, header.completeSize(tmpBufferSize()));
+        const std::uint64_t completeSize = header.completeSize(tmpBufferSize());
+        receiveDataPhase(reception, received, completeSize);
+        const bool isSizeUntrue =
+            header.length == containerLengthUnknown && reception.total > completeSize;
+        if (isSizeUntrue && reception.callback != nullptr && !isReceivedError()) {
+            // Such a container ends where the object's size says. Left alone, the rest of the
+            // object, gigabytes perhaps, would be taken for containers.
+            reception.isRefused = true;
+            reception.isDataUnderWay = true;
+            failReception(TransactionFailure::Cause::SinkError, UsbResult::Success,
+                          "the camera sent more than it announced");
+        }
     }
     return true;
 }
