@@ -46,10 +46,10 @@ function(nivor_test_groups layer environment)
     list(JOIN ARGN ":" all)
     foreach(filter ${ARGN} "*-${all}")
         string(REGEX REPLACE "[^A-Za-z0-9]+" "." name "${filter}")
-        if(filter MATCHES "^\\*")
+        if(filter MATCHES "^\\*-")
             set(name rest)
         endif()
-        string(REGEX REPLACE "\\.$" "" name "${name}")
+        string(REGEX REPLACE "^\\.|\\.$" "" name "${name}")
         add_test(NAME "${layer}.${name}" COMMAND test_${layer} "--gtest_filter=${filter}")
         # A filter that selects nothing would pass.
         set_tests_properties("${layer}.${name}" PROPERTIES

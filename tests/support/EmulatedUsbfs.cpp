@@ -97,6 +97,12 @@ void EmulatedUsbfs::failNext(unsigned long request, int error)
     failures_[request].push_back(error);
 }
 
+void EmulatedUsbfs::leaveAt(unsigned long request)
+{
+    const std::lock_guard guard(mutex_);
+    leavesAt_ = request;
+}
+
 void EmulatedUsbfs::setMemoryLimit(std::size_t bytes)
 {
     const std::lock_guard guard(mutex_);
@@ -138,8 +144,10 @@ std::size_t EmulatedUsbfs::unsentBytes() const
 
 int EmulatedUsbfs::ioctl(unsigned long request, void* argument)
 {
+    bool leaves = false;
     {
         const std::lock_guard guard(mutex_);
+        leaves = leavesAt_ == request;
         auto& failures = failures_[request];
         if (!failures.empty()) {
             const int error = failures.front();
@@ -147,6 +155,8 @@ int EmulatedUsbfs::ioctl(unsigned long request, void* argument)
             return -error;
         }
     }
+    if (leaves)
+        leave();
     switch (request) {
     case USBDEVFS_SUBMITURB:
         return submit(*static_cast<usbdevfs_urb*>(argument));

@@ -72,6 +72,9 @@ public:
     /// While it holds, bytes written by the computer are not taken.
     void setTakesBulkOut(bool takes);
 
+    /// The device leaves at the next such request, which is not served any more.
+    void leaveAt(unsigned long request);
+
     /// The device leaves: what is in flight ends, every request after that gets ENODEV.
     void leave();
 
@@ -105,6 +108,7 @@ private:
     std::size_t memoryLimit_ = 16 * 1024 * 1024;
     Counters counters_;
     std::map<unsigned long, std::deque<int>> failures_;
+    std::optional<unsigned long> leavesAt_;
     std::deque<Done> done_;
     std::deque<usbdevfs_urb*> stuck_;  // bulk-out requests the device does not take
     std::shared_ptr<BulkOut> bulkOut_;

@@ -18,3 +18,9 @@ target_link_libraries(nivor_mocked_usb
     PUBLIC nivor_usb PkgConfig::umockdev "-Wl,--no-as-needed" "-l:libumockdev-preload.so.0"
            ${CMAKE_DL_LIBS}
     PRIVATE nivor_options)
+
+# A simulated camera on that bus. Link nivor_mocked_usb as well: objects are not passed on.
+add_library(nivor_simulated_usb OBJECT ${CMAKE_CURRENT_LIST_DIR}/SimulatedOverUsbfs.cpp)
+target_link_libraries(nivor_simulated_usb
+    PUBLIC nivor_simulator nivor_mocked_usb
+    PRIVATE nivor_options)

@@ -44,6 +44,8 @@ ByteBuffer descriptorsOf(const MockedUsbDescription& description)
     append(bytes,
            {static_cast<unsigned>(numbers.size()), description.configurationValue, 0, 0x80, 250});
     bytes.insert(bytes.end(), configuration.begin(), configuration.end());
+    if (description.spoil)
+        description.spoil(bytes);
     return bytes;
 }
 

@@ -4,6 +4,7 @@
 #include "foundation/Bytes.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,6 +39,8 @@ struct MockedUsbDescription {
     std::uint8_t configurationValue = 1;
     bool isConfigured = true;  ///< its configuration is the active one
     std::vector<MockedInterface> interfaces = {MockedInterface{}};
+    std::function<void(ByteBuffer&)>
+        spoil{};  ///< changes the descriptors' bytes before anyone sees
 };
 
 /// The device descriptor and its one configuration (USB 2.0, 9.6), as sysfs holds them.

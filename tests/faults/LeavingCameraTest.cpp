@@ -1,0 +1,280 @@
+// A camera that leaves: at every step of a connection, and after every n-th byte of a copy.
+#include "faults/FaultFixture.h"
+
+#include <cerrno>
+#include <functional>
+
+using namespace nivor;
+using namespace nivor::test;
+using ::testing::AnyOf;
+
+namespace {
+
+using Operation = OperationCode;
+using Strings = std::vector<std::string>;
+using Step = ConnectFailure::Step;
+
+struct ConnectRow {
+    std::string name;
+    FaultPlan faults{};
+    bool result = false;
+    bool connected = false;
+    Step step = Step::None;
+    UsbResult cause = UsbResult::NoDevice;
+    Strings log{};
+    /// Below libusb: what the device file does. Such a row is not played in memory.
+    std::function<void(SimulatedOverUsbfs&)> below{};
+    MockedUsbDescription description{};
+
+    friend void PrintTo(const ConnectRow& row, std::ostream* out) { *out << row.name; }
+};
+
+/// From that call across the seam on, all of them find the camera gone.
+FaultPlan goneFrom(UsbStep first)
+{
+    FaultPlan plan;
+    for (const UsbStep step :
+         {UsbStep::SerialNumber, UsbStep::DeviceOpen, UsbStep::ConfigurationDescriptor,
+          UsbStep::SetConfiguration, UsbStep::FindInterface, UsbStep::InterfaceOpen,
+          UsbStep::WritePipe, UsbStep::ReadPipe, UsbStep::CancelRequest,
+          UsbStep::GetDeviceStatus}) {
+        if (step >= first)
+            plan.usb(step, UsbResult::NoDevice);
+    }
+    return plan;
+}
+
+FaultPlan leavesAtSession(fault::Vanish how)
+{
+    return FaultPlan().on(Operation::OpenSession, how);
+}
+
+const Strings noDevice{"Could not open device (error: e00002c0)"};
+const Strings noConfiguration{"Could not set active configuration (error: e00002c0)"};
+const Strings noInterface{"Could not open interface (error: e00002c0)"};
+const Strings noSession{"openSession (result = fail)", "openSession (result = fail)",
+                        "openSession (result = fail)", "Disconnect", "Could not open session"};
+
+/// What the seam itself tells of.
+std::vector<ConnectRow> stepRows()
+{
+    return {
+        {.name = "BeforeItsSerialNumber",
+         .faults = goneFrom(UsbStep::SerialNumber),
+         .step = Step::OpenDevice,
+         .log = noDevice},
+        {.name = "BeforeItIsOpened",
+         .faults = goneFrom(UsbStep::DeviceOpen),
+         .step = Step::OpenDevice,
+         .log = noDevice},
+        {.name = "BeforeItsConfigurationIsRead",
+         .faults = goneFrom(UsbStep::ConfigurationDescriptor),
+         .result = true,
+         .step = Step::ReadConfiguration,
+         .log = noConfiguration},
+        {.name = "BeforeItIsConfigured",
+         .faults = goneFrom(UsbStep::SetConfiguration),
+         .step = Step::OpenInterface,
+         .log = noInterface},
+        {.name = "BeforeItsInterfaceIsFound",
+         .faults = goneFrom(UsbStep::FindInterface),
+         .step = Step::OpenInterface,
+         .log = noInterface},
+        {.name = "BeforeItsInterfaceIsOpened",
+         .faults = goneFrom(UsbStep::InterfaceOpen),
+         .step = Step::OpenInterface,
+         .log = noInterface},
+        {.name = "BeforeTheFirstCommand",
+         .faults = goneFrom(UsbStep::WritePipe),
+         .step = Step::OpenSession,
+         .log = noSession},
+        {.name = "BeforeTheFirstRead",
+         .faults = goneFrom(UsbStep::ReadPipe),
+         .step = Step::OpenSession,
+         .log = noSession},
+    };
+}
+
+/// What a camera does of its own accord, behind either seam.
+std::vector<ConnectRow> sessionRows()
+{
+    std::vector<ConnectRow> rows{
+        {.name = "AtTheFirstCommand",
+         .faults = leavesAtSession({}),
+         .step = Step::OpenSession,
+         .log = noSession},
+        {.name = "BehindTheResponse",
+         .faults = FaultPlan().on(Operation::GetStorageIDs, fault::Vanish{}),
+         .result = true,
+         .connected = true,
+         .log = {"openSession (result = success)", "Connect"}},
+    };
+    for (const std::uint64_t bytes : {0U, 1U, 4U, 6U, 8U}) {
+        rows.push_back({.name = "AfterByte" + std::to_string(bytes) + "OfTheResponse",
+                        .faults = leavesAtSession({.afterBytes = bytes}),
+                        // The code is there by now; the rest of a response is not looked at.
+                        .result = bytes >= 8,
+                        .connected = bytes >= 8,
+                        .step = bytes >= 8 ? Step::None : Step::OpenSession,
+                        .log = bytes >= 8 ? Strings{"Connect"} : noSession});
+    }
+    return rows;
+}
+
+/// What the kernel tells libusb.
+std::vector<ConnectRow> kernelRows()
+{
+    MockedUsbDescription unconfigured;
+    unconfigured.isConfigured = false;
+    MockedUsbDescription alternate;
+    alternate.interfaces.front().alternateSetting = 1;
+    const auto leavesAt = [](unsigned long request) {
+        return [request](SimulatedOverUsbfs& usb) { usb.usbfs().leaveAt(request); };
+    };
+    return {
+        {.name = "AsItsFileIsOpened",
+         .step = Step::OpenDevice,
+         .log = noDevice,
+         .below =
+             [](SimulatedOverUsbfs& usb) { MockedUsbBus::failNextOpen(usb.deviceNode(), ENODEV); }},
+        {.name = "AsItsCapabilitiesAreAsked",
+         .step = Step::OpenInterface,
+         .log = noInterface,
+         .below = leavesAt(USBDEVFS_GET_CAPABILITIES)},
+        {.name = "AsItIsConfigured",
+         .step = Step::OpenInterface,
+         .log = noInterface,
+         .below = leavesAt(USBDEVFS_SETCONFIGURATION),
+         .description = unconfigured},
+        {.name = "AsItsInterfaceIsClaimed",
+         .step = Step::OpenInterface,
+         .log = noInterface,
+         .below = leavesAt(USBDEVFS_CLAIMINTERFACE)},
+        {.name = "AsItsSettingIsChosen",
+         .step = Step::OpenInterface,
+         .log = noInterface,
+         .below = leavesAt(USBDEVFS_SETINTERFACE),
+         .description = alternate},
+        {.name = "AsTheFirstTransferIsSubmitted",
+         .step = Step::OpenInterface,
+         .log = noInterface,
+         .below = leavesAt(USBDEVFS_SUBMITURB)},
+    };
+}
+
+class LeavingDuringConnect : public FaultCells<ConnectRow> { };
+
+TEST_P(LeavingDuringConnect, EndsTheAttemptAndSaysAtWhichStep)
+{
+    begin(seam());
+    ASSERT_TRUE(stage->plug(card, {.faults = row().faults}, row().description));
+    const ProcessResources before = ProcessResources::now();
+    if (row().below)
+        row().below(stage->usb());
+    EXPECT_EQ(engine->connect(anyVendorID), row().result);
+    EXPECT_EQ(engine->connected(), row().connected);
+    EXPECT_TRUE(logTells(row().log));
+    EXPECT_EQ(engine->lastConnectFailure().step, row().step);
+    if (row().step != Step::None) {
+        EXPECT_EQ(engine->lastConnectFailure().result, row().cause);
+        EXPECT_EQ(engine->usbInterface(), nullptr);
+    }
+    if (row().connected) {
+        const auto result = load();
+        EXPECT_EQ(result.end, ContentLoader::End::NoStorage);
+        EXPECT_EQ(result.failure, goneText);
+    }
+    engine->disconnect();
+    EXPECT_EQ(engine->usbDevice(), nullptr);
+    EXPECT_TRUE((ProcessResources{before.descriptors, before.threads + 1}.areAllThatIsHeld()))
+        << "before: " << before << ", now: " << ProcessResources::now();
+}
+
+INSTANTIATE_TEST_SUITE_P(Steps, LeavingDuringConnect,
+                         ::testing::Combine(::testing::Values(Seam::Memory),
+                                            ::testing::ValuesIn(stepRows())),
+                         nameOfCell<ConnectRow>);
+INSTANTIATE_TEST_SUITE_P(Session, LeavingDuringConnect,
+                         ::testing::Combine(bothSeams(), ::testing::ValuesIn(sessionRows())),
+                         nameOfCell<ConnectRow>);
+INSTANTIATE_TEST_SUITE_P(Kernel, LeavingDuringConnect,
+                         ::testing::Combine(::testing::Values(Seam::Usbfs),
+                                            ::testing::ValuesIn(kernelRows())),
+                         nameOfCell<ConnectRow>);
+
+constexpr std::size_t filmSize = 200'000;
+
+/// How many bytes of the container, header included, a camera sends before it leaves.
+struct Edge {
+    std::string name;
+    std::size_t first;
+    std::size_t last;
+
+    friend void PrintTo(const Edge& edge, std::ostream* out) { *out << edge.name; }
+};
+
+std::vector<Edge> edges()
+{
+    return {
+        {.name = "TheBeginning", .first = 0, .last = 64},
+        {.name = "APacket", .first = 511, .last = 513},
+        {.name = "APacketOfTheObject", .first = 512 + 11, .last = 512 + 13},
+        {.name = "TwoPackets", .first = 1023, .last = 1025},
+        {.name = "TheFirstRead", .first = 5119, .last = 5121},
+        {.name = "TheSecondRead", .first = 10'239, .last = 10'241},
+        {.name = "ATransfer", .first = 131'071, .last = 131'073},
+        {.name = "TheEnd", .first = filmSize + 10, .last = filmSize + 12},
+    };
+}
+
+class LeavingDuringCopy : public FaultCells<Edge> { };
+
+TEST_P(LeavingDuringCopy, LeavesATruePrefixThatCountsAsFailed)
+{
+    const std::uint32_t handle = card->addFile(u"A.MOV", filmSize);
+    card->addFile(u"B.MOV", 100);
+    begin(seam());
+    for (std::size_t sent = row().first; sent <= row().last; ++sent) {
+        SCOPED_TRACE(sent);
+        ASSERT_TRUE(stage->plug(
+            card, {.faults = FaultPlan().on(Operation::GetObject, fault::Vanish{sent})}));
+        const ProcessResources before = ProcessResources::now();
+        ASSERT_TRUE(engine->connect(anyVendorID));
+        const auto listing = load();
+        ASSERT_EQ(listing.listing.objects.size(), 2U);
+
+        const auto start = std::chrono::steady_clock::now();
+        const CopyResult result = copy(listing.listing);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+        EXPECT_EQ(result.copiedCount(), 0U);
+        EXPECT_TRUE(result.isError);
+        ASSERT_EQ(result.files.size(), 2U);
+        const std::string noData = "the camera sent no data for it";
+        EXPECT_THAT(result.files[0].failure, AnyOf(goneText, sent <= 12 ? noData : goneText));
+        EXPECT_THAT(result.files[1].failure, AnyOf("the camera is gone", goneText));
+        EXPECT_TRUE(logTells({"getObject (result = fail, objHdr = <01000000>)",
+                              "startCopyingItem (result = fail)"}));
+
+        // What libusb had in a transfer of its own when the camera left may be lost; nothing else.
+        const ByteBuffer bytes = bytesOf(result.files[0].path);
+        const std::size_t most = sent > 12 ? sent - 12 : 0;
+        EXPECT_LE(bytes.size(), most);
+        if (seam() == Seam::Memory) {
+            EXPECT_EQ(bytes.size(), most);
+        }
+        EXPECT_TRUE(PatternContent(handle).matches(0, bytes));
+
+        engine->disconnect();
+        EXPECT_EQ(engine->existsDevice(anyVendorID), 0);
+        EXPECT_TRUE((ProcessResources{before.descriptors, before.threads + 1}.areAllThatIsHeld()))
+            << "before: " << before << ", now: " << ProcessResources::now();
+        for (const CopiedFile& file : result.files)
+            std::filesystem::remove(file.path);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cells, LeavingDuringCopy,
+                         ::testing::Combine(bothSeams(), ::testing::ValuesIn(edges())),
+                         nameOfCell<Edge>);
+
+}  // namespace
