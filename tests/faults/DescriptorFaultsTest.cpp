@@ -140,7 +140,7 @@ std::vector<DescriptorRow> descriptorRows()
         unseen("OfNoLength", byte(18 + 9, 0)),
         unseen("OfAnInterfaceOfOneByte", byte(18 + 9, 1)),
         {.name = "ThatClaimMoreInterfacesThanThereAre", .spoil = byte(18 + 4, 9)},
-        {.name = "ThatClaimMoreConfigurationsThanThereAre", .spoil = byte(17, 9)},
+        unseen("ThatClaimMoreConfigurationsThanThereAre", byte(17, 9)),
         {.name = "ThatClaimAGreatTotalLength", .spoil = byte(18 + 3, 0xFF)},
     };
 }

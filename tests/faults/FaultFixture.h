@@ -86,7 +86,7 @@ protected:
     }
 
     /// A wait that has no end would be far beyond this; so is one that is not shortened.
-    void expectNoLongWait(std::chrono::seconds most = std::chrono::seconds(20)) const
+    void expectNoLongWait(std::chrono::seconds most) const
     {
         EXPECT_LT(Clock::now() - began_, most);
     }
@@ -102,13 +102,15 @@ protected:
         const auto result = load();
         EXPECT_EQ(result.end, ContentLoader::End::Complete) << result.failure;
         EXPECT_THAT(namesOf(result.listing.objects), ::testing::ElementsAre("DCIM", "GOOD.JPG"));
-        const TemporaryDirectory folder;
-        RecordingObserver observer;
-        CopyRun run(*engine, log.logger(), result.listing.handles, observer);
-        const CopyResult copied = run.startCopyingItems(result.listing.objects, folder.path(),
-                                                        std::make_shared<CopyProgress>());
-        EXPECT_EQ(copied.copiedCount(), 1U) << observer.lastReason;
-        EXPECT_TRUE(holdsObject(folder.path() / "GOOD.JPG", file, 20'000));
+        {
+            const TemporaryDirectory folder;
+            RecordingObserver observer;
+            CopyRun run(*engine, log.logger(), result.listing.handles, observer);
+            const CopyResult copied = run.startCopyingItems(result.listing.objects, folder.path(),
+                                                            std::make_shared<CopyProgress>());
+            EXPECT_EQ(copied.copiedCount(), 1U) << observer.lastReason;
+            EXPECT_TRUE(holdsObject(folder.path() / "GOOD.JPG", file, 20'000));
+        }
         engine->disconnect();
         // The engine keeps its receive thread.
         EXPECT_TRUE((ProcessResources{before.descriptors, before.threads + 1}.areAllThatIsHeld()))
@@ -119,7 +121,7 @@ protected:
     {
         if (!engine)
             return;
-        expectNoLongWait();
+        expectNoLongWait(longest);
         expectGoodCameraWorks();
         engine.reset();
         stage.reset();
@@ -127,6 +129,7 @@ protected:
             << "before: " << held_ << ", now: " << ProcessResources::now();
     }
 
+    std::chrono::seconds longest{20};  ///< that the whole test may take
     LogFixture log;
     TemporaryDirectory destination;
     std::shared_ptr<MemoryCard> card = std::make_shared<MemoryCard>();

@@ -109,14 +109,25 @@ std::vector<ConnectRow> sessionRows()
          .connected = true,
          .log = {"openSession (result = success)", "Connect"}},
     };
-    for (const std::uint64_t bytes : {0U, 1U, 4U, 6U, 8U}) {
+    for (const std::uint64_t bytes : {0U, 1U, 4U}) {
         rows.push_back({.name = "AfterByte" + std::to_string(bytes) + "OfTheResponse",
                         .faults = leavesAtSession({.afterBytes = bytes}),
-                        // The code is there by now; the rest of a response is not looked at.
-                        .result = bytes >= 8,
-                        .connected = bytes >= 8,
-                        .step = bytes >= 8 ? Step::None : Step::OpenSession,
-                        .log = bytes >= 8 ? Strings{"Connect"} : noSession});
+                        .step = Step::OpenSession,
+                        .log = noSession});
+    }
+    return rows;
+}
+
+/// Six bytes tell that it is a response, and more is not looked at. Below libusb they may be lost.
+std::vector<ConnectRow> responseRows()
+{
+    std::vector<ConnectRow> rows;
+    for (const std::uint64_t bytes : {6U, 8U, 11U}) {
+        rows.push_back({.name = "AfterByte" + std::to_string(bytes) + "OfTheResponse",
+                        .faults = leavesAtSession({.afterBytes = bytes}),
+                        .result = true,
+                        .connected = true,
+                        .log = {"Connect"}});
     }
     return rows;
 }
@@ -197,6 +208,10 @@ INSTANTIATE_TEST_SUITE_P(Steps, LeavingDuringConnect,
 INSTANTIATE_TEST_SUITE_P(Session, LeavingDuringConnect,
                          ::testing::Combine(bothSeams(), ::testing::ValuesIn(sessionRows())),
                          nameOfCell<ConnectRow>);
+INSTANTIATE_TEST_SUITE_P(Response, LeavingDuringConnect,
+                         ::testing::Combine(::testing::Values(Seam::Memory),
+                                            ::testing::ValuesIn(responseRows())),
+                         nameOfCell<ConnectRow>);
 INSTANTIATE_TEST_SUITE_P(Kernel, LeavingDuringConnect,
                          ::testing::Combine(::testing::Values(Seam::Usbfs),
                                             ::testing::ValuesIn(kernelRows())),
@@ -234,6 +249,7 @@ TEST_P(LeavingDuringCopy, LeavesATruePrefixThatCountsAsFailed)
     const std::uint32_t handle = card->addFile(u"A.MOV", filmSize);
     card->addFile(u"B.MOV", 100);
     begin(seam());
+    longest = std::chrono::seconds(60);
     for (std::size_t sent = row().first; sent <= row().last; ++sent) {
         SCOPED_TRACE(sent);
         ASSERT_TRUE(stage->plug(
@@ -265,7 +281,8 @@ TEST_P(LeavingDuringCopy, LeavesATruePrefixThatCountsAsFailed)
         EXPECT_TRUE(PatternContent(handle).matches(0, bytes));
 
         engine->disconnect();
-        EXPECT_EQ(engine->existsDevice(anyVendorID), 0);
+        // The computer hears of it from another thread.
+        EXPECT_TRUE(happens([&] { return engine->existsDevice(anyVendorID) == 0; }));
         EXPECT_TRUE((ProcessResources{before.descriptors, before.threads + 1}.areAllThatIsHeld()))
             << "before: " << before << ", now: " << ProcessResources::now();
         for (const CopiedFile& file : result.files)
