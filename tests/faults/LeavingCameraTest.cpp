@@ -145,7 +145,9 @@ std::vector<ConnectRow> kernelRows()
     return {
         {.name = "AsItsFileIsOpened",
          .step = Step::OpenDevice,
-         .log = noDevice,
+         // libusb does not tell this from any other failure to open the file.
+         .cause = UsbResult::IOError,
+         .log = {"Could not open device (error: e00002ca)"},
          .below =
              [](SimulatedOverUsbfs& usb) { MockedUsbBus::failNextOpen(usb.deviceNode(), ENODEV); }},
         {.name = "AsItsCapabilitiesAreAsked",
