@@ -115,7 +115,7 @@ TEST_F(ObjectTreeTest, WhatLiesTooDeepIsNotLost)
     const ObjectTree tree(objects);
     EXPECT_EQ(tree.nodes().size(), 200U);
     for (std::size_t i = 0; i < tree.nodes().size(); ++i)
-        EXPECT_LE(node.depth, ObjectTree::deepestLevel);
+        EXPECT_LE(tree.nodes()[i].depth, ObjectTree::deepestLevel);
 }
 
 TEST_F(ObjectTreeTest, AHundredThousandObjectsTakeNoTime)
