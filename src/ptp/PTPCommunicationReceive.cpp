@@ -8,6 +8,8 @@
 
 #include <fmt/format.h>
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -170,6 +172,8 @@ bool PTPCommunication::deliver(Reception& reception, ByteView piece, std::uint64
 {
     if (reception.callback == nullptr)
         return collectPiece(reception, piece, completeSize);
+    setIsDelivering(true);
+    const auto delivered = qScopeGuard([this] { setIsDelivering(false); });
     try {
         // Assumed until the sink has answered.
         reception.isRefused = true;

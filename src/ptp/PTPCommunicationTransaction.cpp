@@ -136,7 +136,8 @@ PTPCommunication::StopReason PTPCommunication::waitForReception(OperationQueue& 
             queue.waitUntilAllOperationsAreFinished();
             return StopReason::Stopped;
         }
-        if (waitOneStep())
+        // A slow disk is no silence of the camera's: it can't send while nobody reads.
+        if (waitOneStep() && !isDelivering())
             addToTimeoutTimer(
                 static_cast<std::uint32_t>(waitingStep / std::chrono::milliseconds(1)));
     }

@@ -58,6 +58,10 @@ public:
     [[nodiscard]] std::uint32_t transactionID() const { return transactionID_; }
     void setTransactionID(std::uint32_t value) { transactionID_ = value; }
 
+    /// The sink has a piece and has not answered yet.
+    [[nodiscard]] bool isDelivering() const { return isDelivering_; }
+    void setIsDelivering(bool value) { isDelivering_ = value; }
+
     /// A PTP session is open.
     [[nodiscard]] bool sessionOpen() const { return sessionOpen_; }
     void setSessionOpen(bool value) { sessionOpen_ = value; }
@@ -77,6 +81,7 @@ private:
     AtomicProperty<std::shared_ptr<ByteBuffer>> tmpBuffer_;
     std::atomic<std::uint64_t> tmpBufferSize_{0};
     std::atomic<std::uint32_t> transactionID_{0};
+    std::atomic<bool> isDelivering_{false};
     std::atomic<bool> sessionOpen_{false};
     std::atomic<bool> isStopCopyFlg_{false};
 };
