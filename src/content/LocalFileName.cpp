@@ -1,6 +1,7 @@
 #include "content/LocalFileName.h"
 
 #include "content/CopyFileName.h"
+#include "content/TextControls.h"
 
 #include <QStringView>
 
@@ -45,7 +46,8 @@ bool isForbidden(const QString& text, qsizetype at)
 {
     const char16_t unit = text.at(at).unicode();
     const bool isControl = unit < 0x20 || (unit >= 0x7F && unit <= 0x9F);
-    return unit == u'/' || isControl || isHalfOfPair(text, at);
+    return unit == u'/' || isControl || changesDirection(unit) || separatesLines(unit)
+        || isHalfOfPair(text, at);
 }
 
 /// `stem` + `middle` + `extension`, with the stem cut so that the whole fits, or the extension

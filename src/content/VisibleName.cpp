@@ -1,5 +1,7 @@
 #include "content/VisibleName.h"
 
+#include "content/TextControls.h"
+
 #include <QList>
 
 #include <algorithm>
@@ -9,18 +11,6 @@ namespace {
 
 constexpr char16_t firstControlPicture = 0x2400;
 constexpr char16_t pictureOfDelete = 0x2421;
-
-bool changesDirection(char32_t character)
-{
-    return character == 0x061C || character == 0x200E || character == 0x200F
-        || (character >= 0x202A && character <= 0x202E)
-        || (character >= 0x2066 && character <= 0x2069);
-}
-
-bool separatesLines(char32_t character)
-{
-    return character == 0x2028 || character == 0x2029;
-}
 
 }  // namespace
 

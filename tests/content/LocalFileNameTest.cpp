@@ -40,6 +40,15 @@ TEST(LocalFileName, ControlCharactersBecomeUnderscores)
     EXPECT_EQ(localFileName(name), text("_a__[31m___") + QChar(char16_t{0xA0}));
 }
 
+TEST(LocalFileName, MarksOfDirectionAndLineSeparatorsBecomeUnderscores)
+{
+    EXPECT_EQ(localFileName(QStringLiteral("photo_\u202Egpj.exe")), text("photo__gpj.exe"));
+    EXPECT_EQ(localFileName(QStringLiteral("\u061C\u200E\u200F\u202A\u2066\u2069\u2028\u2029")),
+              text("________"));
+    // Joiners are needed to write some languages, and change no order.
+    EXPECT_EQ(localFileName(QStringLiteral("a\u200Db\u200C")), QStringLiteral("a\u200Db\u200C"));
+}
+
 TEST(LocalFileName, HalvesOfSurrogatePairsBecomeUnderscores)
 {
     const QChar high(char16_t{0xD83C});
