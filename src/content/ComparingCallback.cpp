@@ -1,7 +1,10 @@
 #include "content/ComparingCallback.h"
 
 #include "codes/StillImageClass.h"
+#include "content/DestinationFolder.h"
 #include "ptp/CopiedSizeProgress.h"
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
@@ -16,9 +19,11 @@ constexpr std::size_t blockSize = 256 * 1024;
 
 }  // namespace
 
-ComparingCallback::ComparingCallback(const std::filesystem::path& path,
+ComparingCallback::ComparingCallback(std::shared_ptr<const DestinationFolder> folder,
+                                     std::filesystem::path path,
                                      std::shared_ptr<CopiedSizeProgress> progress)
-    : file_(path)
+    : folder_(std::move(folder))
+    , path_(std::move(path))
     , block_(blockSize)
     , progress_(std::move(progress))
 {
@@ -80,13 +85,19 @@ std::size_t ComparingCallback::sameCount(ByteView theirs) const
 
 void ComparingCallback::requireOpen()
 {
-    if (!file_.isOpen() && !file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (file_.isOpen())
+        return;
+    const int descriptor = folder_->openForReading(path_.filename().string());
+    if (!file_.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
+                    QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
         fail();
+    }
 }
 
 void ComparingCallback::fail() const
 {
-    throw std::runtime_error("Could not read " + file_.fileName().toStdString() + ": "
+    throw std::runtime_error("Could not read " + path_.string() + ": "
                              + file_.errorString().toStdString());
 }
 

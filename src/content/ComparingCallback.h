@@ -16,13 +16,14 @@
 namespace nivor {
 
 class CopiedSizeProgress;
+class DestinationFolder;
 
 /// Serves one GetObject transaction, and refuses it at the first byte that differs. A file that
 /// can't be read raises an error that says so.
 class ComparingCallback final : public PTPTransactionCallback {
 public:
-    /// `progress` may be absent.
-    ComparingCallback(const std::filesystem::path& path,
+    /// The file is the one in `folder` that has the name of `path`. `progress` may be absent.
+    ComparingCallback(std::shared_ptr<const DestinationFolder> folder, std::filesystem::path path,
                       std::shared_ptr<CopiedSizeProgress> progress);
 
     bool callbackProc(std::uint64_t receivedSize, std::uint64_t completeDataSize,
@@ -41,6 +42,8 @@ private:
     void requireOpen();
     [[noreturn]] void fail() const;
 
+    const std::shared_ptr<const DestinationFolder> folder_;
+    const std::filesystem::path path_;
     QFile file_;
     std::vector<char> block_;
     const std::shared_ptr<CopiedSizeProgress> progress_;

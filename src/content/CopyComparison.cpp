@@ -96,7 +96,7 @@ CopyComparisonResult::Outcome CopyComparison::compareFile(
     }
 
     Outcome outcome = Outcome::NotCompared;
-    worker_.run([&] { outcome = receive(file, progress); },
+    worker_.run([&] { outcome = receive(file, result.folder, progress); },
                 [&] {
                     stopIfRequested(engine_, observer_, result);
                     observer_.copyIsUnderWay(*progress);
@@ -105,11 +105,12 @@ CopyComparisonResult::Outcome CopyComparison::compareFile(
 }
 
 /// On the worker: fetches the object and holds it against the file.
-CopyComparisonResult::Outcome CopyComparison::receive(CopiedFile& file,
-                                                      const std::shared_ptr<CopyProgress>& progress)
+CopyComparisonResult::Outcome CopyComparison::receive(
+    CopiedFile& file, const std::shared_ptr<const DestinationFolder>& folder,
+    const std::shared_ptr<CopyProgress>& progress)
 {
     const HandleBlock handle = handles_.value(file.object->myHandle());
-    ComparingCallback comparing(file.path, progress);
+    ComparingCallback comparing(folder, file.path, progress);
     const bool isComplete =
         engine_.getObject(handle, file.object->objectCompressedSize(), nullptr, &comparing);
     try {

@@ -11,6 +11,7 @@ namespace nivor {
 
 class CopyProgress;
 class CopyRunObserver;
+class DestinationFolder;
 class PTPCommunication;
 class RollingLogger;
 struct CopiedFile;
@@ -36,7 +37,8 @@ private:
 
     Outcome compareFile(CopiedFile& file, CopyResult& result,
                         const std::shared_ptr<CopyProgress>& progress);
-    Outcome receive(CopiedFile& file, const std::shared_ptr<CopyProgress>& progress);
+    Outcome receive(CopiedFile& file, const std::shared_ptr<const DestinationFolder>& folder,
+                    const std::shared_ptr<CopyProgress>& progress);
 
     PTPCommunication& engine_;
     RollingLogger& logger_;

@@ -10,6 +10,7 @@
 
 namespace nivor {
 
+class DestinationFolder;
 class ObjectInfoData;
 
 /// One file of the run.
@@ -27,6 +28,8 @@ struct CopiedFile {
 };
 
 struct CopyResult {
+    std::shared_ptr<const DestinationFolder> folder{};  ///< where the files are
+
     std::vector<CopiedFile> files;  ///< in the order of the run; without those not begun
 
     /// The last file of the run failed. A failure before a success does not show here, only in

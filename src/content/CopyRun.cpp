@@ -4,6 +4,7 @@
 #include "content/CopyProgress.h"
 #include "content/CopyRunObserver.h"
 #include "content/CopyStop.h"
+#include "content/DestinationFolder.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
 #include "foundation/Errors.h"
@@ -23,16 +24,22 @@ namespace nivor {
 namespace {
 
 /// Why the file at `path` is not what the camera announced; empty when it is.
-std::string sizeFailure(const std::filesystem::path& path, std::uint64_t announced)
+std::string sizeFailure(const DestinationFolder& folder, const std::filesystem::path& path,
+                        std::uint64_t announced)
 {
-    std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(path, error);
-    if (error)
-        return "Could not look at " + path.string() + ": " + error.message();
-    if (size != announced) {
-        return fmt::format("{} bytes were announced and {} arrived", announced, size);
+    try {
+        const std::uint64_t size = folder.sizeOf(path.filename().string());
+        if (size != announced)
+            return fmt::format("{} bytes were announced and {} arrived", announced, size);
+    } catch (const FileError& error) {
+        return error.what();
     }
     return {};
+}
+
+std::string movedText(const DestinationFolder& folder)
+{
+    return "the folder " + folder.path().string() + " was moved, replaced or removed meanwhile";
 }
 
 /// The engine's words for a failed transfer, made clearer where it can't know better.
@@ -69,11 +76,13 @@ CopyResult CopyRun::startCopyingItems(const ObjectList& items,
                                       const std::shared_ptr<CopyProgress>& progress)
 {
     constexpr Selector selector{"startCopyingItems:toDestination:"};
+    selector_ = selector.text();
     prepare(items, destination, *progress);
     observer_.copyWillBegin(*progress);
-    writeLog(selector.text(), fmt::format("startCopyingItems (copyItemCount = {})", items.size()));
+    writeLog(fmt::format("startCopyingItems (copyItemCount = {})", items.size()));
 
-    CopyTargets targets(destination, createFile_);
+    result_.folder = std::make_shared<DestinationFolder>(destination);
+    CopyTargets targets(result_.folder, createFile_);
     for (const auto& item : items) {
         if (item->isAssociation())
             continue;
@@ -87,8 +96,7 @@ CopyResult CopyRun::startCopyingItems(const ObjectList& items,
     engine_.stopCopyFlgInit();
     observer_.copyDidEnd();
     // Singular here, unlike the opening line; both are what readers of these logs look for.
-    writeLog(selector.text(),
-             fmt::format("startCopyingItem (result = {})", resultText(!result_.isError)));
+    writeLog(fmt::format("startCopyingItem (result = {})", resultText(!result_.isError)));
     return std::move(result_);
 }
 
@@ -125,6 +133,9 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
         file.failure = cameraGoneText;
     } else if (handle == handles_.cend()) {
         file.failure = "the camera no longer has it";
+    } else if (std::string failure = refusal(); !failure.empty()) {
+        file.failure = std::move(failure);
+        logRefusal(file.failure);
     } else {
         Transfer transfer{file, handle.value(), targets.create(cameraName), progress};
         file.path = transfer.file->path();
@@ -134,6 +145,23 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
     file.isCopied = file.failure.empty();
     result_.isError = !file.isCopied;
     observer_.fileDidFinish(file, *progress);
+}
+
+/// Why the folder is certain to take no file; empty when it may. To ask the camera all
+/// the same would litter the folder, and take the time of a transfer for each of the files left.
+std::string CopyRun::refusal() const
+{
+    if (result_.folder->hasMoved())
+        return movedText(*result_.folder);
+    return {};
+}
+
+/// Once a run: there may be thousands of files left.
+void CopyRun::logRefusal(const std::string& refusal)
+{
+    if (!isRefusalLogged_)
+        writeLog(fmt::format("startCopyingItems (not asked for, error = {})", refusal));
+    isRefusalLogged_ = true;
 }
 
 void CopyRun::transfer(Transfer& transfer)
@@ -147,14 +175,15 @@ void CopyRun::transfer(Transfer& transfer)
         return;
     }
 
+    const auto isUnderWay = [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); };
+    // No transaction runs around the transfer, so a stop has nothing to cancel; it is seen before
+    // the next file.
     worker_.run([this, &transfer] { receive(transfer); },
-                [this, &transfer] {
+                [this, &isUnderWay] {
                     stopIfRequested(engine_, observer_, result_);
-                    observer_.copyIsUnderWay(*transfer.progress);
+                    isUnderWay();
                 });
-    // No transaction runs by now, so a stop has nothing to cancel; it is seen before the next file.
-    worker_.run([this, &transfer] { secure(transfer); },
-                [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); });
+    worker_.run([this, &transfer] { secure(transfer); }, isUnderWay);
 }
 
 /// On the worker: fetches the object into the file.
@@ -188,12 +217,14 @@ void CopyRun::secure(Transfer& transfer)
     } catch (const FileError& error) {
         note(error.what());
     }
-    note(sizeFailure(result.path, result.object->objectCompressedSize()));
+    note(sizeFailure(*result_.folder, result.path, result.object->objectCompressedSize()));
+    if (result_.folder->hasMoved())
+        note(movedText(*result_.folder));
 }
 
-void CopyRun::writeLog(std::string_view selector, std::string_view message)
+void CopyRun::writeLog(std::string_view message)
 {
-    logger_.writeToFile("AppDelegate", selector, message);
+    logger_.writeToFile("AppDelegate", selector_, message);
 }
 
 }  // namespace nivor

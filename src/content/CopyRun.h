@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace nivor {
@@ -38,10 +39,12 @@ private:
                  CopyProgress& progress) const;
     void copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets& targets,
                   const std::shared_ptr<CopyProgress>& progress);
+    [[nodiscard]] std::string refusal() const;
+    void logRefusal(const std::string& refusal);
     void transfer(Transfer& transfer);
     void receive(Transfer& transfer);
     void secure(Transfer& transfer);
-    void writeLog(std::string_view selector, std::string_view message);
+    void writeLog(std::string_view message);
 
     PTPCommunication& engine_;
     RollingLogger& logger_;
@@ -49,8 +52,10 @@ private:
     CopyRunObserver& observer_;
     const CopyTargets::CreateFile createFile_;
 
+    std::string_view selector_;  ///< of the operation under way, for the log
     CopyResult result_;
     bool isCameraGone_ = false;
+    bool isRefusalLogged_ = false;
 
     PolledWorker worker_;
 };

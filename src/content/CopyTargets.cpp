@@ -1,5 +1,6 @@
 #include "content/CopyTargets.h"
 
+#include "content/DestinationFolder.h"
 #include "content/LocalFileName.h"
 #include "ptp/FileHandle.h"
 
@@ -13,40 +14,35 @@ namespace {
 // this often in a row is broken, and the run must not hang on it.
 constexpr int mostLostRaces = 1000;
 
-std::shared_ptr<FileHandle> createNewFile(const std::filesystem::path& path)
-{
-    return std::make_shared<FileHandle>(FileHandle::create(path));
-}
-
-/// Whether anything has that name, a link that leads nowhere included.
-bool isTaken(const std::filesystem::path& path)
-{
-    std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
-}
-
 }  // namespace
 
-CopyTargets::CopyTargets(std::filesystem::path destination, CreateFile createFile)
-    : destination_(std::move(destination))
-    , createFile_(createFile ? std::move(createFile) : CreateFile(&createNewFile))
+CopyTargets::CopyTargets(std::shared_ptr<const DestinationFolder> folder, CreateFile createFile)
+    : folder_(std::move(folder))
+    , createFile_(std::move(createFile))
 {
 }
 
-std::filesystem::path CopyTargets::candidate(const QString& localName) const
+std::string CopyTargets::candidate(const QString& localName) const
 {
     const qsizetype uses = uses_.value(localName);
     const QString name = uses == 0 ? localName : numberedLocalFileName(localName, uses);
-    return destination_ / name.toStdString();
+    return name.toStdString();
+}
+
+std::shared_ptr<FileHandle> CopyTargets::createNamed(const std::string& name) const
+{
+    if (createFile_)
+        return createFile_(folder_->path() / name);
+    return std::make_shared<FileHandle>(folder_->create(name));
 }
 
 std::shared_ptr<FileHandle> CopyTargets::create(const QString& cameraName)
 {
     const QString localName = localFileName(cameraName);
     for (int lostRaces = 0;;) {
-        const std::filesystem::path path = candidate(localName);
-        if (!isTaken(path)) {
-            std::shared_ptr<FileHandle> file = createFile_(path);
+        const std::string name = candidate(localName);
+        if (!folder_->isTaken(name)) {
+            std::shared_ptr<FileHandle> file = createNamed(name);
             if (file->openError() != EEXIST || ++lostRaces == mostLostRaces)
                 return file;
         }

@@ -7,21 +7,24 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace nivor {
 
+class DestinationFolder;
 class FileHandle;
 
 /// Remembers which names a run has given out or found taken, so that numbers go on rising and
 /// nothing that exists is ever overwritten. One thread at a time.
 class CopyTargets {
 public:
-    /// Creates a new, empty file and opens it, as `FileHandle::create`.
+    /// Creates a new, empty file and opens it, as `DestinationFolder::create`.
     using CreateFile =
         std::function<std::shared_ptr<FileHandle>(const std::filesystem::path& path)>;
 
-    /// `createFile`: another way to make files; empty means `FileHandle::create`.
-    explicit CopyTargets(std::filesystem::path destination, CreateFile createFile = {});
+    /// `createFile`: another way to make files; empty means that of the folder.
+    explicit CopyTargets(std::shared_ptr<const DestinationFolder> folder,
+                         CreateFile createFile = {});
 
     /// Creates the file for the next object called `cameraName`, under that name or its first
     /// variant that is free. The handle is not open when the folder refuses it; its `openError`
@@ -32,10 +35,12 @@ public:
     void recordUse(const QString& cameraName);
 
 private:
-    [[nodiscard]] std::filesystem::path candidate(const QString& localName) const;
+    [[nodiscard]] std::string candidate(const QString& localName) const;
+    [[nodiscard]] std::shared_ptr<FileHandle> createNamed(const std::string& name) const;
 
-    std::filesystem::path destination_;
-    CreateFile createFile_;
+    const std::shared_ptr<const DestinationFolder> folder_;
+    const CreateFile createFile_;
+    bool isPortable_ = false;         ///< the folder has refused a name that others take
     QHash<QString, qsizetype> uses_;  ///< by name as it may stand locally
 };
 

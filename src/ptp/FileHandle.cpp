@@ -12,24 +12,41 @@ namespace nivor {
 namespace {
 
 constexpr mode_t newFileMode = 0666;  // the user's umask decides
+constexpr int creating = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+
+bool isWantOfRoom(int errnoValue)
+{
+    return errnoValue == ENOSPC || errnoValue == EDQUOT || errnoValue == EFBIG;
+}
 
 }  // namespace
 
 FileHandle FileHandle::create(const std::filesystem::path& path)
 {
-    return open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC);
+    return open(AT_FDCWD, path, creating, path);
+}
+
+FileHandle FileHandle::createIn(int folder, const std::filesystem::path& path)
+{
+    return open(folder, path.filename(), creating, path);
+}
+
+FileHandle FileHandle::unopened(int errnoValue, std::filesystem::path path)
+{
+    return FileHandle(-1, errnoValue, std::move(path));
 }
 
 FileHandle FileHandle::openForWriting(const std::filesystem::path& path)
 {
-    return open(path, O_WRONLY | O_CLOEXEC);
+    return open(AT_FDCWD, path, O_WRONLY | O_CLOEXEC, path);
 }
 
-FileHandle FileHandle::open(const std::filesystem::path& path, int flags)
+FileHandle FileHandle::open(int folder, const std::filesystem::path& lookedUp, int flags,
+                            const std::filesystem::path& path)
 {
     int descriptor = -1;
     do {
-        descriptor = ::open(path.c_str(), flags, newFileMode);
+        descriptor = ::openat(folder, lookedUp.c_str(), flags, newFileMode);
     } while (descriptor < 0 && errno == EINTR);
     return FileHandle(descriptor, descriptor < 0 ? errno : 0, path);
 }
@@ -49,6 +66,7 @@ FileHandle::FileHandle(int descriptor, int openError, std::filesystem::path path
 FileHandle::FileHandle(FileHandle&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1))
     , openError_(std::exchange(other.openError_, EBADF))
+    , failure_(other.failure_)
     , path_(std::move(other.path_))
 {
 }
@@ -57,6 +75,18 @@ FileHandle::~FileHandle()
 {
     if (isOpen())
         ::close(descriptor_);
+}
+
+void FileHandle::requireRoom(std::uint64_t size)
+{
+    requireOpen("make room for");
+    const int error = size > 0 && reserveOnce(size) < 0 ? errno : 0;
+    // A reservation that broke off may have taken something, and one that is not used up would stay
+    // with the file for good.
+    truncateFile(0);
+    // Many file systems reserve nothing, and take the file all the same.
+    if (isWantOfRoom(error))
+        fail("make room for", error);
 }
 
 void FileHandle::truncateFile(std::uint64_t length)
@@ -98,7 +128,7 @@ void FileHandle::synchronizeFile()
     requireOpen("synchronize");
     int result = 0;
     do {
-        result = ::fsync(descriptor_);
+        result = synchronizeOnce();
     } while (result < 0 && errno == EINTR);
     // Pipes and some special files have nothing to synchronise.
     if (result < 0 && errno != EINVAL && errno != EROFS)
@@ -110,7 +140,9 @@ void FileHandle::closeFile()
     requireOpen("close");
     openError_ = EBADF;
     // Not repeated after EINTR: the descriptor is gone by then on Linux.
-    if (::close(std::exchange(descriptor_, -1)) < 0 && errno != EINTR)
+    const int result = closeOnce();
+    descriptor_ = -1;
+    if (result < 0 && errno != EINTR)
         fail("close", errno);
 }
 
@@ -119,14 +151,31 @@ ssize_t FileHandle::writeSome(ByteView bytes)
     return ::write(descriptor_, bytes.data(), bytes.size());
 }
 
-void FileHandle::requireOpen(const char* operation) const
+int FileHandle::reserveOnce(std::uint64_t size)
+{
+    return ::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size));
+}
+
+int FileHandle::synchronizeOnce()
+{
+    return ::fsync(descriptor_);
+}
+
+int FileHandle::closeOnce()
+{
+    return ::close(descriptor_);
+}
+
+void FileHandle::requireOpen(const char* operation)
 {
     if (!isOpen())
         fail(operation, openError_);
 }
 
-void FileHandle::fail(const char* operation, int errnoValue) const
+void FileHandle::fail(const char* operation, int errnoValue)
 {
+    if (failure_ == 0)
+        failure_ = errnoValue;
     throw FileError(errnoValue, std::string("Could not ") + operation + " " + path_.string());
 }
 

@@ -19,6 +19,13 @@ public:
     /// leaves the handle unopened with EEXIST: nothing that exists is ever touched.
     static FileHandle create(const std::filesystem::path& path);
 
+    /// As `create`, with only the last part of `path` looked up, in the folder that is open as
+    /// `folder`: wherever that folder is by now, and nowhere else.
+    static FileHandle createIn(int folder, const std::filesystem::path& path);
+
+    /// The handle of a file that could not be opened, with the errno of that.
+    static FileHandle unopened(int errnoValue, std::filesystem::path path);
+
     /// Opens an existing file for writing, without changing it.
     static FileHandle openForWriting(const std::filesystem::path& path);
 
@@ -36,7 +43,15 @@ public:
     /// The errno of the opening; 0 when it succeeded.
     [[nodiscard]] int openError() const { return openError_; }
 
+    /// The errno of the first operation that failed on the open file; 0 when none has.
+    [[nodiscard]] int failure() const { return failure_; }
+
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+    /// Raises an error if the disk has no room for `size` bytes, or takes no file as large as that.
+    /// The file must be empty, and is empty afterwards. A file system that can't tell raises
+    /// nothing.
+    void requireRoom(std::uint64_t size);
 
     /// Cuts or extends the file to `length` bytes and moves the position there.
     void truncateFile(std::uint64_t length);
@@ -53,18 +68,24 @@ public:
     void closeFile();
 
 protected:
-    /// One attempt to write, as write(2): the bytes taken, or -1 with errno set.
+    /// One attempt each, as write(2), fallocate(2), fsync(2) and close(2): -1 with errno set when
+    /// it fails.
     virtual ssize_t writeSome(ByteView bytes);
+    virtual int reserveOnce(std::uint64_t size);
+    virtual int synchronizeOnce();
+    virtual int closeOnce();
 
 private:
     FileHandle(int descriptor, int openError, std::filesystem::path path);
 
-    static FileHandle open(const std::filesystem::path& path, int flags);
-    void requireOpen(const char* operation) const;
-    [[noreturn]] void fail(const char* operation, int errnoValue) const;
+    static FileHandle open(int folder, const std::filesystem::path& lookedUp, int flags,
+                           const std::filesystem::path& path);
+    void requireOpen(const char* operation);
+    [[noreturn]] void fail(const char* operation, int errnoValue);
 
     int descriptor_;
     int openError_;
+    int failure_ = 0;
     std::filesystem::path path_;
 };
 

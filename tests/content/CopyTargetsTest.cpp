@@ -1,5 +1,6 @@
 #include "content/CopyTargets.h"
 
+#include "content/DestinationFolder.h"
 #include "ptp/FileHandle.h"
 #include "support/TemporaryDirectory.h"
 
@@ -28,7 +29,7 @@ protected:
     }
 
     test::TemporaryDirectory folder;
-    CopyTargets targets{folder.path()};
+    CopyTargets targets{std::make_shared<DestinationFolder>(folder.path())};
 };
 
 TEST_F(CopyTargetsTest, EqualNamesOfOneRunAreNumbered)
@@ -94,11 +95,12 @@ TEST_F(CopyTargetsTest, WhatExistsKeepsItsBytes)
 TEST_F(CopyTargetsTest, ANameTakenInTheLastMomentCountsAsTaken)
 {
     int calls = 0;
-    CopyTargets racing(folder.path(), [&](const fs::path& path) {
-        if (++calls == 1)
-            std::ofstream(path) << "somebody else's";
-        return std::make_shared<FileHandle>(FileHandle::create(path));
-    });
+    CopyTargets racing(std::make_shared<DestinationFolder>(folder.path()),
+                       [&](const fs::path& path) {
+                           if (++calls == 1)
+                               std::ofstream(path) << "somebody else's";
+                           return std::make_shared<FileHandle>(FileHandle::create(path));
+                       });
     EXPECT_EQ(racing.create(QStringLiteral("IMG.JPG"))->path().filename(), "IMG_1.JPG");
     EXPECT_EQ(calls, 2);
 }
@@ -106,17 +108,18 @@ TEST_F(CopyTargetsTest, ANameTakenInTheLastMomentCountsAsTaken)
 TEST_F(CopyTargetsTest, AFileSystemThatAlwaysSaysTakenDoesNotHangTheRun)
 {
     int calls = 0;
-    CopyTargets broken(folder.path(), [&calls, this](const fs::path&) {
-        ++calls;
-        return std::make_shared<FileHandle>(FileHandle::create(folder.path()));
-    });
+    CopyTargets broken(std::make_shared<DestinationFolder>(folder.path()),
+                       [&calls, this](const fs::path&) {
+                           ++calls;
+                           return std::make_shared<FileHandle>(FileHandle::create(folder.path()));
+                       });
     EXPECT_EQ(broken.create(QStringLiteral("IMG.JPG"))->openError(), EEXIST);
     EXPECT_EQ(calls, 1000);
 }
 
 TEST_F(CopyTargetsTest, AMissingFolderIsTheHandlesError)
 {
-    CopyTargets missing(folder.path() / "gone");
+    CopyTargets missing(std::make_shared<DestinationFolder>(folder.path() / "gone"));
     const auto file = missing.create(QStringLiteral("IMG.JPG"));
     EXPECT_FALSE(file->isOpen());
     EXPECT_EQ(file->openError(), ENOENT);

@@ -5,7 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <deque>
@@ -101,6 +103,57 @@ TEST_F(FileHandleOperations, NeverFollowsALinkThatExists)
     const FileHandle file = FileHandle::create(path);
     EXPECT_FALSE(file.isOpen());
     EXPECT_FALSE(std::filesystem::exists(outside));
+}
+
+TEST_F(FileHandleOperations, CreatesInTheOpenFolderWhateverItsPathLeadsTo)
+{
+    const std::filesystem::path folder = directory.path() / "folder";
+    std::filesystem::create_directory(folder);
+    const int descriptor = ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    std::filesystem::rename(folder, directory.path() / "aside");
+    std::filesystem::create_directory(folder);
+    const FileHandle file = FileHandle::createIn(descriptor, folder / "a.jpg");
+    ::close(descriptor);
+    EXPECT_TRUE(file.isOpen());
+    EXPECT_TRUE(std::filesystem::exists(directory.path() / "aside" / "a.jpg"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST_F(FileHandleOperations, RaisesWhenThereIsNoRoomAndKeepsNothing)
+{
+    FileHandle file = FileHandle::create(path);
+    // More than any file system takes, or has.
+    const int error = errnoOf([&] { file.requireRoom(std::uint64_t{1} << 62); });
+    EXPECT_THAT(error, ::testing::AnyOf(ENOSPC, EFBIG));
+    EXPECT_EQ(file.failure(), error);
+    file.closeFile();
+    struct stat status { };
+    ASSERT_EQ(::stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_size, 0);
+    EXPECT_EQ(status.st_blocks, 0);
+}
+
+TEST_F(FileHandleOperations, LooksForRoomWithoutTakingIt)
+{
+    FileHandle file = FileHandle::create(path);
+    file.requireRoom(1'000'000);
+    file.requireRoom(0);
+    file.writeData(bytesOf("abc"));
+    EXPECT_EQ(file.failure(), 0);
+    file.closeFile();
+    EXPECT_EQ(contentsOf(path), "abc");
+    struct stat status { };
+    ASSERT_EQ(::stat(path.c_str(), &status), 0);
+    EXPECT_LT(status.st_blocks, 1'000'000 / 512);
+}
+
+TEST_F(FileHandleOperations, RemembersItsFirstFailure)
+{
+    MoodyFile file(path);
+    file.moods = {-EDQUOT, -EIO};
+    errnoOf([&] { file.writeData(bytesOf("a")); });
+    errnoOf([&] { file.writeData(bytesOf("a")); });
+    EXPECT_EQ(file.failure(), EDQUOT);
 }
 
 TEST_F(FileHandleOperations, FinishesAShortWrite)
