@@ -2,6 +2,7 @@
 
 #include "content/DestinationFolder.h"
 #include "content/LocalFileName.h"
+#include "content/PortableFileName.h"
 #include "ptp/FileHandle.h"
 
 #include <cerrno>
@@ -26,7 +27,7 @@ std::string CopyTargets::candidate(const QString& localName) const
 {
     const qsizetype uses = uses_.value(localName);
     const QString name = uses == 0 ? localName : numberedLocalFileName(localName, uses);
-    return name.toStdString();
+    return (isPortable_ ? portableFileName(name) : name).toStdString();
 }
 
 std::shared_ptr<FileHandle> CopyTargets::createNamed(const std::string& name) const
@@ -43,6 +44,12 @@ std::shared_ptr<FileHandle> CopyTargets::create(const QString& cameraName)
         const std::string name = candidate(localName);
         if (!folder_->isTaken(name)) {
             std::shared_ptr<FileHandle> file = createNamed(name);
+            if (file->openError() == EINVAL && !isPortable_) {
+                isPortable_ = true;
+                if (candidate(localName) != name)
+                    continue;
+                isPortable_ = false;  // nothing to change: the refusal has another reason
+            }
             if (file->openError() != EEXIST || ++lostRaces == mostLostRaces)
                 return file;
         }

@@ -27,7 +27,8 @@ public:
                          CreateFile createFile = {});
 
     /// Creates the file for the next object called `cameraName`, under that name or its first
-    /// variant that is free. The handle is not open when the folder refuses it; its `openError`
+    /// variant that is free. From the first name on that the folder refuses as such, names are made
+    /// portable. The handle is not open when the folder refuses it; its `openError`
     /// says why.
     std::shared_ptr<FileHandle> create(const QString& cameraName);
 
