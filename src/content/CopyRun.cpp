@@ -18,10 +18,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace nivor {
 namespace {
+
+// FAT, the usual file system of a stick, takes no larger file.
+constexpr std::uint64_t largestFatFile = 0xFFFFFFFF;
 
 /// Why the file at `path` is not what the camera announced; empty when it is.
 std::string sizeFailure(const DestinationFolder& folder, const std::filesystem::path& path,
@@ -40,6 +44,12 @@ std::string sizeFailure(const DestinationFolder& folder, const std::filesystem::
 std::string movedText(const DestinationFolder& folder)
 {
     return "the folder " + folder.path().string() + " was moved, replaced or removed meanwhile";
+}
+
+/// Whether the next file may meet the same as the one that failed with this.
+bool isOfTheWholeDisk(int errnoValue)
+{
+    return errnoValue == ENOSPC || errnoValue == EDQUOT || errnoValue == EROFS;
 }
 
 /// The engine's words for a failed transfer, made clearer where it can't know better.
@@ -133,8 +143,8 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
         file.failure = cameraGoneText;
     } else if (handle == handles_.cend()) {
         file.failure = "the camera no longer has it";
-    } else if (std::string failure = refusal(); !failure.empty()) {
-        file.failure = std::move(failure);
+    } else if (std::string refusal = refusalOf(item->objectCompressedSize()); !refusal.empty()) {
+        file.failure = std::move(refusal);
         logRefusal(file.failure);
     } else {
         Transfer transfer{file, handle.value(), targets.create(cameraName), progress};
@@ -147,13 +157,16 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
     observer_.fileDidFinish(file, *progress);
 }
 
-/// Why the folder is certain to take no file; empty when it may. To ask the camera all
+/// Why the folder is certain to take no file of that size; empty when it may. To ask the camera all
 /// the same would litter the folder, and take the time of a transfer for each of the files left.
-std::string CopyRun::refusal() const
+std::string CopyRun::refusalOf(std::uint64_t size) const
 {
     if (result_.folder->hasMoved())
         return movedText(*result_.folder);
-    return {};
+    const int error = isRoomShort_ ? result_.folder->refusalOf(size) : 0;
+    if (error == 0)
+        return {};
+    return FileError(error, "Could not copy to " + result_.folder->path().string()).what();
 }
 
 /// Once a run: there may be thousands of files left.
@@ -168,6 +181,7 @@ void CopyRun::transfer(Transfer& transfer)
 {
     CopiedFile& result = transfer.result;
     if (!transfer.file->isOpen()) {
+        isRoomShort_ = isOfTheWholeDisk(transfer.file->openError());
         // The camera need not send what there is no place for.
         result.failure =
             FileError(transfer.file->openError(), "Could not create " + result.path.string())
@@ -178,12 +192,30 @@ void CopyRun::transfer(Transfer& transfer)
     const auto isUnderWay = [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); };
     // No transaction runs around the transfer, so a stop has nothing to cancel; it is seen before
     // the next file.
-    worker_.run([this, &transfer] { receive(transfer); },
-                [this, &isUnderWay] {
-                    stopIfRequested(engine_, observer_, result_);
-                    isUnderWay();
-                });
+    worker_.run([this, &transfer] { requireRoom(transfer); }, isUnderWay);
+    if (result.failure.empty()) {
+        worker_.run([this, &transfer] { receive(transfer); },
+                    [this, &isUnderWay] {
+                        stopIfRequested(engine_, observer_, result_);
+                        isUnderWay();
+                    });
+    }
     worker_.run([this, &transfer] { secure(transfer); }, isUnderWay);
+    isRoomShort_ = isOfTheWholeDisk(transfer.file->failure());
+}
+
+/// On the worker: finds out before the transfer that there is no room for the file, where that is
+/// likely. On some disks it takes long, so not for every file.
+void CopyRun::requireRoom(Transfer& transfer) const
+{
+    const std::uint64_t size = transfer.result.object->objectCompressedSize();
+    if (!isRoomShort_ && size <= largestFatFile)
+        return;
+    try {
+        transfer.file->requireRoom(size);
+    } catch (const FileError& error) {
+        transfer.result.failure = error.what();
+    }
 }
 
 /// On the worker: fetches the object into the file.

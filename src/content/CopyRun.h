@@ -6,6 +6,7 @@
 #include "content/CopyTargets.h"
 #include "content/PolledWorker.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -39,9 +40,10 @@ private:
                  CopyProgress& progress) const;
     void copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets& targets,
                   const std::shared_ptr<CopyProgress>& progress);
-    [[nodiscard]] std::string refusal() const;
+    [[nodiscard]] std::string refusalOf(std::uint64_t size) const;
     void logRefusal(const std::string& refusal);
     void transfer(Transfer& transfer);
+    void requireRoom(Transfer& transfer) const;
     void receive(Transfer& transfer);
     void secure(Transfer& transfer);
     void writeLog(std::string_view message);
@@ -55,6 +57,7 @@ private:
     std::string_view selector_;  ///< of the operation under way, for the log
     CopyResult result_;
     bool isCameraGone_ = false;
+    bool isRoomShort_ = false;  ///< the disk has refused something of the last file that was tried
     bool isRefusalLogged_ = false;
 
     PolledWorker worker_;
