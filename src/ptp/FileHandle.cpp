@@ -131,7 +131,7 @@ void FileHandle::synchronizeFile()
         result = synchronizeOnce();
     } while (result < 0 && errno == EINTR);
     // Pipes and some special files have nothing to synchronise.
-    if (result < 0 && errno != EINVAL && errno != EROFS)
+    if (result < 0 && errno != EINVAL)
         fail("synchronize", errno);
 }
 

@@ -66,6 +66,12 @@ const DiskCase diskCases[] = {
      filmSize},
     {"BrokenWhenClosed", {Step::Close, EIO}, "close", "Input/output error", filmSize},
     {"ReadOnlyWhenCreated", {Step::Create, EROFS}, "create", "Read-only file system", 0, false},
+    // A file system that has shut itself down takes bytes that it will never write.
+    {"ReadOnlyWhenSynchronized",
+     {Step::Synchronize, EROFS},
+     "synchronize",
+     "Read-only file system",
+     filmSize},
     {"ReadOnlyInTheMiddle",
      {Step::Write, EROFS, 2'000'000},
      "write to",
