@@ -5,6 +5,7 @@ readonly guest_modules=(
     virtio_pci virtio_console 9pnet_virtio 9p
     xhci-pci
     dummy_hcd libcomposite usb_f_fs
+    loop vfat nls_cp437 nls_ascii nls_utf8 usb-storage sd_mod
 )
 
 # Prints the number of $3 bytes at offset $2 of file $1.

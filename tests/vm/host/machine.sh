@@ -7,6 +7,8 @@
 #   TIMING NAME VALUE UNIT
 #   HOST plug CAMERA      plug in the camera whose content is the folder of that name
 #   HOST unplug           pull it out
+#   HOST plug-stick       plug in an empty USB stick; once a run, for a scenario with a stick_size
+#   HOST unplug-stick     pull it out
 #   HOST compare CAMERA FOLDER
 #                         compare that camera's files with the copies in kept/FOLDER; the verdict
 #                         comes as the file kept/answer
@@ -28,6 +30,8 @@ answer_guest() {
         tell_monitor "device_add usb-mtp,$camera_options,serial=$camera,rootdir=$run/cameras/$camera"
         ;;
     unplug) tell_monitor "device_del cam" ;;
+    plug-stick) tell_monitor "device_add usb-storage,bus=xhci.0,id=stick,port=2,drive=stick" ;;
+    unplug-stick) tell_monitor "device_del stick" ;;
     compare)
         compare_copies "$run/cameras/$camera" "$run/kept/$folder" >"$run/answer"
         mv "$run/answer" "$run/kept/answer"
@@ -94,6 +98,10 @@ tsc=reliable no_timer_check rcupdate.rcu_expedited=1 random.trust_cpu=on audit=0
     if [[ -n $first_camera ]]; then
         arguments+=(-device "usb-mtp,$camera_options,serial=$first_camera,rootdir=$run/cameras/$first_camera")
     fi
+    if [[ -n $stick_size ]]; then
+        truncate -s "$stick_size" "$run/stick"
+        arguments+=(-drive "if=none,id=stick,format=raw,cache=unsafe,file=$run/stick")
+    fi
     printf '%q ' qemu-system-x86_64 "${arguments[@]}" >"$run/qemu-command"
 
     mkfifo "$run/monitor.in" "$run/monitor.out"
@@ -124,7 +132,7 @@ show_log() {
 
 # Runs one scenario; fails if any step of it did.
 run_scenario() {
-    local scenario=$1 run=$work/runs/$1 first_camera='' needs_window=''
+    local scenario=$1 run=$work/runs/$1 first_camera='' needs_window='' stick_size=''
     local steps_failed=0 done_line='' machine_status=0 started
     rm -rf "$run"
     mkdir -p "$run/cameras" "$run/kept"
@@ -142,7 +150,7 @@ run_scenario() {
     started=$SECONDS
     run_machine "$scenario"
     note "$scenario: the machine ran for $((SECONDS - started)) s"
-    rm -f "$run/image.cpio" "$run/monitor.in" "$run/monitor.out"
+    rm -f "$run/image.cpio" "$run/stick" "$run/monitor.in" "$run/monitor.out"
 
     local problem=''
     if [[ -z $done_line ]]; then
