@@ -11,6 +11,7 @@
 #include "app/SignalWatch.h"
 #include "app/WindowPicture.h"
 #include "content/VendorID.h"
+#include "logging/RecordText.h"
 #include "logging/RollingLogger.h"
 #include "ptp/PTPCommunication.h"
 #include "simulator/SimulationOptions.h"
@@ -43,7 +44,7 @@ void logMessageOfQt(QtMsgType /*type*/, const QMessageLogContext& context, const
         std::cerr << message.toStdString() << '\n';
     else
         logger.writeToFile("Qt", context.category == nullptr ? "default" : context.category,
-                           message.toStdString());
+                           withoutRecordMarks(message.toStdString()));
 }
 
 std::shared_ptr<SimulatedHost> simulatedHost(const AppOptions& options)
@@ -151,7 +152,9 @@ int run(const QApplication& application, const AppOptions& options)
 int main(int argc, char* argv[])
 {
     using namespace nivor;
+    // Failures of a write, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 
     const AppOptions defaults{.vendorID = parseVendorID(NIVOR_USB_VENDOR_ID).value_or(anyVendorID),
                               .logDirectory = RollingLogger::defaultDirectory()};

@@ -4,6 +4,7 @@
 #include "cli/CommandLine.h"
 #include "cli/InterruptFlag.h"
 #include "content/VendorID.h"
+#include "logging/RecordText.h"
 #include "logging/RollingLogger.h"
 #include "ptp/PTPCommunication.h"
 #include "simulator/SimulationOptions.h"
@@ -42,7 +43,8 @@ void occupyClosedStreams()
 void logMessageOfQt(QtMsgType /*type*/, const QMessageLogContext& context, const QString& message)
 {
     RollingLogger::sharedManager().writeToFile(
-        "Qt", context.category == nullptr ? "default" : context.category, message.toStdString());
+        "Qt", context.category == nullptr ? "default" : context.category,
+        withoutRecordMarks(message.toStdString()));
 }
 
 std::shared_ptr<UsbHost> makeHost(const SimulationChoice& simulation)
@@ -86,6 +88,8 @@ int main(int argc, char* argv[])
     qInstallMessageHandler(&logMessageOfQt);
     // A reader of the output that goes away is an error of the output, not the end of a transfer.
     std::signal(SIGPIPE, SIG_IGN);
+    // Nor is a file larger than the user's limit.
+    std::signal(SIGXFSZ, SIG_IGN);
     InterruptFlag::install();
     // Otherwise a complaint would flush the output, and its failure would pass unnoticed.
     std::cerr.tie(nullptr);

@@ -215,6 +215,7 @@ private:
                        std::string detail = {});
 
     // The operations.
+    bool exchange(CommandContainer& command, std::uint32_t timeout);
     bool collect(CommandContainer& command, std::uint64_t expectedSize, const DatasetBounds& bounds,
                  ReceiveSlot& received);
     bool fetchWhole(OperationCode operation, const HandleBlock& handle, std::uint64_t objectSize,
@@ -242,7 +243,7 @@ private:
     AtomicProperty<TransactionFailure> failure_;
     AtomicProperty<ConnectFailure> connectFailure_;
     UsbLocation location_;         ///< of `usbDevice`; under `lock_`
-    DatasetBounds datasetBounds_;  ///< of the transaction that collects; set before it begins
+    DatasetBounds datasetBounds_;  ///< of the operation's transaction
 
     std::recursive_mutex lock_;
 

@@ -66,8 +66,7 @@ bool PTPCommunication::openSession(std::uint32_t timeout)
     const std::lock_guard guard(lock_);
     CommandContainer command(OperationCode::OpenSession, 1);
     command.append(sessionID);
-    const bool success =
-        executePTPTransaction(command.bytes(), nullptr, nullptr, 0, nullptr, false, timeout);
+    const bool success = exchange(command, timeout);
     if (success && isReceivedResponse() && isOK(lastResponseCode()))
         setSessionOpen(true);
     writeLog(selector.text(), fmt::format("openSession (result = {})", resultText(success)));
@@ -81,8 +80,7 @@ bool PTPCommunication::closeSession()
     bool success = true;
     if (sessionOpen()) {
         CommandContainer command(OperationCode::CloseSession, 0);
-        success = executePTPTransaction(command.bytes(), nullptr, nullptr, 0, nullptr, false,
-                                        closeSessionTimeout);
+        success = exchange(command, closeSessionTimeout);
         if (success)
             setSessionOpen(false);
     }
@@ -223,12 +221,21 @@ bool PTPCommunication::deleteObject(const HandleBlock& handle)
     const std::lock_guard guard(lock_);
     CommandContainer command(OperationCode::DeleteObject, 2);
     command.append(handle).append(allFormats);
-    bool success = executePTPTransaction(command.bytes(), nullptr, nullptr, 0, nullptr, false,
-                                         operationTimeout);
+    bool success = exchange(command, operationTimeout);
     success = success && isOK(lastResponseCode());
     writeLog(selector.text(),
              fmt::format("deleteObject (result = {}, responseCode = {}, objHdr = {})",
                          resultText(success), lastResponseCode(), handle.text()));
+    return success;
+}
+
+// Runs a transaction without a data phase. Should the camera send one, it is bounded all the same.
+bool PTPCommunication::exchange(CommandContainer& command, std::uint32_t timeout)
+{
+    datasetBounds_ = smallDataset;
+    const bool success =
+        executePTPTransaction(command.bytes(), nullptr, nullptr, 0, nullptr, false, timeout);
+    datasetBounds_ = {};
     return success;
 }
 

@@ -123,8 +123,7 @@ bool PTPCommunication::receiveContainer(Reception& reception)
             // object, gigabytes perhaps, would be taken for containers.
             reception.isRefused = true;
             reception.isDataUnderWay = true;
-            failReception(TransactionFailure::Cause::SinkError, UsbResult::Success,
-                          "the camera sent more than it announced");
+            failSink(reception, "the camera sent more than it announced");
         }
     }
     return true;

@@ -92,6 +92,18 @@ TEST_F(Program, WorksWithoutALog)
     }
 }
 
+TEST_F(Program, AFileBeyondTheUsersLimitIsAFailureAndTheNextIsCopied)
+{
+    const std::string card = folder.path().string() + "/card";
+    ASSERT_EQ(shell("mkdir " + card + " && head -c 3000000 /dev/zero > " + card
+                    + "/A.MOV && echo second > " + card + "/B.TXT"),
+              0);
+    // ulimit counts in blocks of 512 bytes; the log has to fit as well.
+    EXPECT_EQ(shell("ulimit -f 2000; $NIVOR copy --simulate=" + card + " " + card + "-copy"), 1);
+    EXPECT_THAT(output, HasSubstr("A.MOV: File too large"));
+    EXPECT_EQ(shell("cmp " + card + "/B.TXT " + card + "-copy/B.TXT"), 0);
+}
+
 TEST_F(Program, AMissingSimulationFolderIsAUsageError)
 {
     EXPECT_EQ(shell("$NIVOR list --simulate=/nowhere/at/all"), 2);

@@ -50,9 +50,6 @@ struct Outcome {
 
     /// In place of the operation's usual record.
     std::optional<std::string> record{};
-
-    /// Why the cell can't be run yet.
-    const char* pending = nullptr;
 };
 
 struct Fault {

@@ -62,12 +62,6 @@ inline Outcome recorded(Outcome outcome, std::string record)
     return outcome;
 }
 
-inline Outcome pending(Outcome outcome, const char* reason)
-{
-    outcome.pending = reason;
-    return outcome;
-}
-
 /// The same for every kind.
 inline std::map<Kind, Outcome> always(const Outcome& outcome)
 {
