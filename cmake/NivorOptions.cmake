@@ -5,6 +5,7 @@ set(NIVOR_USB_VENDOR_ID "" CACHE STRING
 set(NIVOR_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 option(NIVOR_WARNINGS_AS_ERRORS "Stop at the first warning" OFF)
 option(NIVOR_TESTS "Build the tests" ON)
+option(NIVOR_SOAK "Build the soak without the other tests" OFF)
 option(NIVOR_BENCH "Build the benchmarks" OFF)
 option(NIVOR_FUZZ "Build the fuzzers (clang only)" OFF)
 option(NIVOR_WINDOW_SCRIPT_PROGRAM
