@@ -60,11 +60,12 @@ void createEmptyFile(const char* path, int flag)
 /// The user's home folder, or nothing.
 std::string homeDirectory()
 {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing in the program changes the environment.
     const char* const home = std::getenv("HOME");
     if (home != nullptr && *home != '\0')
         return home;
 
-    std::array<char, 16 * 1024> texts{};
+    std::array<char, std::size_t{16} * 1024> texts{};
     passwd entry{};
     passwd* found = nullptr;
     if (::getpwuid_r(::getuid(), &entry, texts.data(), texts.size(), &found) != 0
@@ -255,7 +256,7 @@ std::filesystem::path RollingLogger::saveDirectory() const
     return saveDirectory_.get();
 }
 
-void RollingLogger::setSaveDirectory(std::filesystem::path directory)
+void RollingLogger::setSaveDirectory(const std::filesystem::path& directory)
 {
     saveDirectory_.set(directory.string());
 }
@@ -266,7 +267,7 @@ std::filesystem::path RollingLogger::targetLogName() const
     return name ? std::filesystem::path(*name) : std::filesystem::path();
 }
 
-void RollingLogger::setTargetLogName(std::filesystem::path name)
+void RollingLogger::setTargetLogName(const std::filesystem::path& name)
 {
     targetLogName_.set(name.empty() ? nullptr : std::make_shared<const std::string>(name.string()));
 }

@@ -87,11 +87,11 @@ public:
 
     /// The folder of both files, an absolute path. Empty until set.
     [[nodiscard]] std::filesystem::path saveDirectory() const;
-    void setSaveDirectory(std::filesystem::path directory);
+    void setSaveDirectory(const std::filesystem::path& directory);
 
     /// The file that records currently go to. Empty until the first record has been written.
     [[nodiscard]] std::filesystem::path targetLogName() const;
-    void setTargetLogName(std::filesystem::path name);
+    void setTargetLogName(const std::filesystem::path& name);
 
 private:
     enum class Reason : std::uint8_t { Asked, TargetUnusable };

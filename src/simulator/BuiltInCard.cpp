@@ -38,7 +38,7 @@ std::u16string dateOf(const Scene& scene)
     constexpr std::array hours{6, 9, 12, 14, 16, 18, 19, 20, 22, 23};  // in the order of Hour
     const int minute = static_cast<int>(scene.number * 17 % 60);
     const int second = static_cast<int>(scene.number * 29 % 60);
-    const QDate day = QDate(2025, 3, 21).addDays(scene.number * 9);
+    const QDate day = QDate(2025, 3, 21).addDays(qint64{scene.number} * 9);
     const QTime time(hours.at(static_cast<std::size_t>(scene.hour)), minute, second);
     return QDateTime(day, time).toString(QStringLiteral("yyyyMMdd'T'HHmmss")).toStdU16String();
 }

@@ -29,6 +29,7 @@ std::vector<std::string> namesIn(FileDescriptor& folder)
         return names;
     static_cast<void>(folder.release());  // the directory owns it now
     // Each scan has a directory of its own, which is all that readdir asks for.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): see above.
     while (const dirent* entry = ::readdir(directory.get())) {
         const std::string name = entry->d_name;
         if (!name.starts_with('.'))

@@ -58,7 +58,8 @@ Sky::Cloud Sky::cloudAt(float x, float y) const
     const int row = static_cast<int>(gridY);
     const float tx = gridX - static_cast<float>(column);
     const float ty = gridY - static_cast<float>(row);
-    const auto* const top = &clouds_[static_cast<std::size_t>(row * columns_ + column)];
+    const int corner = row * columns_ + column;
+    const auto* const top = &clouds_[static_cast<std::size_t>(corner)];
     const auto* const bottom = top + columns_;
     const auto between = [](const Cloud& a, const Cloud& b, float t) {
         return Cloud{a.density + (b.density - a.density) * t,

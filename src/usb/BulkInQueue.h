@@ -43,8 +43,8 @@ namespace nivor {
 class BulkInQueue final : private BulkInTransfer::Owner {
 public:
     /// Bytes of one transfer and their number. The kernel lets all programs together hold 16 MiB.
-    static constexpr std::size_t largestTransfer = 128 * 1024;
-    static constexpr std::size_t smallestTransfer = 16 * 1024;
+    static constexpr std::size_t largestTransfer = std::size_t{128} * 1024;
+    static constexpr std::size_t smallestTransfer = std::size_t{16} * 1024;
     static constexpr std::size_t deepestRing = 16;  ///< one of them waits for the next write
 
     /// `gone` is the device's own flag, which the queue both sets and heeds.

@@ -123,12 +123,12 @@ void BulkInQueue::retireFront()
 {
     auto transfer = std::move(line_.front());
     line_.pop_front();
+    const bool isHeldBack = failed_ || paused_ || stopped_ || *gone_;
+    // Most likely the end of an answer: this one goes behind the next write.
+    const bool endsAnswer = transfer->endedShort() && idle_.empty() && inFlight_ > 0;
     if (surplus_ > 0 && transfer->outcome() == UsbResult::Aborted) {
         --surplus_;
-    } else if (failed_ || paused_ || stopped_ || *gone_) {
-        idle_.push_back(std::move(transfer));
-    } else if (transfer->endedShort() && idle_.empty() && inFlight_ > 0) {
-        // Most likely the end of an answer: this one goes behind the next write.
+    } else if (isHeldBack || endsAnswer) {
         idle_.push_back(std::move(transfer));
     } else if (line_.size() + idle_.size() >= deepestRing) {
         // The ring is whole without this one, for there was a spare.
