@@ -13,6 +13,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
 #include <thread>
 #include <utility>
@@ -23,12 +24,16 @@ namespace {
 /// How long copying the whole card takes in a cycle with a stop, so that the stop finds it at work.
 constexpr std::chrono::milliseconds stoppedCopyTime{60};
 
+/// Any slower, and the 24 bytes about an empty file alone would run into a time-out.
+constexpr double leastPace = 0.1;
+
 double megabytesPerSecondFor(const std::vector<CardObject>& objects)
 {
     double bytes = 1;
     for (const CardObject& object : objects)
         bytes += static_cast<double>(object.size);
-    return bytes / 1e6 / std::chrono::duration<double>(stoppedCopyTime).count();
+    const double pace = bytes / 1e6 / std::chrono::duration<double>(stoppedCopyTime).count();
+    return std::max(pace, leastPace);
 }
 
 }  // namespace
