@@ -8,7 +8,7 @@ packages_build=(
     libbenchmark-dev libgtest-dev libgmock-dev libudev-dev libumockdev-dev umockdev
 )
 packages_check=(
-    clang-format
+    clang-format clang-tidy cppcheck valgrind libc6-dbg
     clang libclang-rt-14-dev
     xvfb xauth xdotool openbox thunar pcmanfm dbus-daemon x11-utils wmctrl imagemagick
     qemu-system-x86 busybox-static umtp-responder udev kmod cpio xz-utils
