@@ -18,8 +18,8 @@ constexpr double leastShown = 0.001;
 
 }  // namespace
 
-ByteCountFormatter::ByteCountFormatter(QLocale locale)
-    : locale_(std::move(locale))
+ByteCountFormatter::ByteCountFormatter(const QLocale& locale)
+    : locale_(locale)
 {
 }
 

@@ -12,7 +12,7 @@ namespace nivor {
 /// GB; less than a tenth of a megabyte has three. The locale says how numbers are written.
 class ByteCountFormatter {
 public:
-    explicit ByteCountFormatter(QLocale locale = QLocale());
+    explicit ByteCountFormatter(const QLocale& locale = QLocale());
 
     /// Such as "0.006 MB", "18.4 MB" or "5.37 GB". Anything above 0 shows as more than 0.
     [[nodiscard]] QString stringFromByteCount(std::uint64_t bytes) const;

@@ -15,7 +15,7 @@
 namespace nivor {
 namespace {
 
-constexpr std::size_t blockSize = 256 * 1024;
+constexpr std::size_t blockSize = std::size_t{256} * 1024;
 
 }  // namespace
 

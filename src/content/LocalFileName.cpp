@@ -82,7 +82,7 @@ QString localFileName(const QString& cameraName)
 
 QString numberedLocalFileName(const QString& localName, qsizetype number)
 {
-    const QString numbered = numberedFileName(localName, number);
+    QString numbered = numberedFileName(localName, number);
     if (utf8Size(numbered) <= longestLocalFileName)
         return numbered;
     return fitted(deletingPathExtension(localName), u'_' + QString::number(number) + u'.',

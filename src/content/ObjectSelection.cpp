@@ -47,7 +47,7 @@ QString trimmedPath(QString path)
 /// written in several ways, and a card may hold two files whose names differ in nothing else.
 std::vector<std::size_t> indexesCalled(const Nodes& nodes, const QString& wanted, const Text& text)
 {
-    const auto exact =
+    auto exact =
         indexesWhere(nodes, [&](std::size_t index) { return text(index) == wanted; });
     if (!exact.empty())
         return exact;
@@ -62,7 +62,7 @@ std::vector<std::size_t> indexesOf(const ObjectTree& tree, const QString& word)
     const Nodes& nodes = tree.nodes();
     if (word.contains(u'/')) {
         const QString path = trimmedPath(word);
-        const auto called =
+        auto called =
             indexesCalled(nodes, path, [&tree](std::size_t index) { return tree.path(index); });
         if (!called.empty())
             return called;
@@ -71,12 +71,12 @@ std::vector<std::size_t> indexesOf(const ObjectTree& tree, const QString& word)
         });
     }
 
-    const auto called =
+    auto called =
         indexesCalled(nodes, word, [&nodes](std::size_t index) { return nodes[index].name; });
     if (!called.empty())
         return called;
     const QString key = handleKey(word);
-    const auto byHandle = indexesWhere(nodes, [&](std::size_t index) {
+    auto byHandle = indexesWhere(nodes, [&](std::size_t index) {
         return !key.isEmpty() && nodes[index].object->myHandle() == key;
     });
     if (!byHandle.empty())
