@@ -245,6 +245,10 @@ private:
     UsbLocation location_;         ///< of `usbDevice`; under `lock_`
     DatasetBounds datasetBounds_;  ///< of the operation's transaction
 
+    // Transaction IDs, 0 for none: of the last command written, and of that at the last stop.
+    std::atomic<std::uint32_t> sentTransaction_{0};
+    std::atomic<std::uint32_t> stoppedTransaction_{0};
+
     std::recursive_mutex lock_;
 
     // Wakes the waiting thread; holds no state beside the atomic flags above.

@@ -93,12 +93,20 @@ bool PTPCommunication::executePTPTransaction(ByteBuffer& command, ByteBuffer* da
     OperationQueue& queue = setReceiveOperation(receiveCallback);
     const ReceptionGuard guard{*this, queue};
     writePipe(command);
+    sentTransaction_ = transactionID();
     if (dataBuffer != nullptr)
         writePipe(*dataBuffer);
 
     setTimeoutTimer(0);
     const StopReason reason = waitForReception(queue, timeout);
     queue.waitUntilAllOperationsAreFinished();
+
+    if (reason == StopReason::Stopped && stoppedTransaction_ != transactionID()) {
+        // The stop was confirmed before the camera had the command, so it answers all the same;
+        // left alone, that would answer the next command.
+        bool lastStatusSucceeded = false;
+        requestCancel(lastStatusSucceeded);
+    }
 
     recordOutcome(reason);
     if (receiveBuffer != nullptr && *receiveBuffer == nullptr)
@@ -196,7 +204,9 @@ bool PTPCommunication::cancelTransaction()
 {
     constexpr Selector selector{"cancelTransaction"};
     bool lastStatusSucceeded = false;
+    const std::uint32_t underWay = sentTransaction_;
     if (requestCancel(lastStatusSucceeded)) {
+        stoppedTransaction_ = underWay;
         setIsStopCopyFlg(true);
         wakeWaitingThread();
     }
