@@ -4,6 +4,7 @@
 #include "Require.h"
 #include "content/CopyFileName.h"
 #include "content/CopyTargets.h"
+#include "content/DestinationFolder.h"
 #include "content/LocalFileName.h"
 #include "content/VisibleName.h"
 #include "ptp/FileHandle.h"
@@ -130,7 +131,7 @@ void fuzzFileName(ByteView input)
 {
     FuzzedInput choices(input);
     ContestedFolder folder;
-    CopyTargets targets(ContestedFolder::folder(),
+    CopyTargets targets(std::make_shared<DestinationFolder>(ContestedFolder::folder()),
                         [&](const fs::path& path) { return folder.create(path); });
     QStringList usedNames;
     QString name;

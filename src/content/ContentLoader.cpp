@@ -42,7 +42,7 @@ ContentLoader::Result ContentLoader::load()
     consecutiveFailures_ = 0;
 
     std::vector<std::uint32_t> storageIDs;
-    if (!engine_.getStorageIDs(&storageIDs) || storageIDs.empty()) {
+    if (!engine_.getStorageIDs(&storageIDs) || storageIDs.empty() || engine_.isAnswerEarlier()) {
         result_.end = End::NoStorage;
         result_.failure = engine_.lastTransactionFailure().toText();
         return std::move(result_);
@@ -63,8 +63,11 @@ bool ContentLoader::readHandles(std::uint32_t storageID, std::uint32_t associati
 {
     std::string failure;
     try {
-        if (engine_.getObjectHandles(storageID, handles, association))
-            return true;
+        if (engine_.getObjectHandles(storageID, handles, association)) {
+            if (!engine_.isAnswerEarlier())
+                return true;
+            handles.clear();  // they are no handles
+        }
         failure = engine_.lastTransactionFailure().toText();
     } catch (const RangeError&) {
         failure = "the camera announced more objects than it named";
@@ -101,7 +104,8 @@ bool ContentLoader::readObjects(const HandlesDict& handles, const QString& folde
 bool ContentLoader::readObject(const HandleBlock& handle, const QString& folder)
 {
     std::shared_ptr<ObjectInfoData> object;
-    if (!engine_.getObjectInfo(handle, &object) || !object)
+    // What describes another object would be shown, copied and deleted under this one's handle.
+    if (!engine_.getObjectInfo(handle, &object) || !object || engine_.isAnswerEarlier())
         return false;
     if (!object->isAssociation())
         completeFile(*object, handle);
@@ -122,7 +126,7 @@ void ContentLoader::completeFile(ObjectInfoData& object, const HandleBlock& hand
         } catch (const RangeError&) {
             // As good as no answer: the size stays unknown, which is 0.
         }
-        object.setObjectCompressedSize(size.value().value_or(0));
+        object.setObjectCompressedSize(engine_.isAnswerEarlier() ? 0 : size.value().value_or(0));
     }
     if (!options_.thumbnails || object.thumbCompressedSize() == 0)
         return;
@@ -135,7 +139,8 @@ void ContentLoader::completeFile(ObjectInfoData& object, const HandleBlock& hand
 void ContentLoader::readThumbnail(ObjectInfoData& object, const HandleBlock& handle)
 {
     ByteBuffer bytes;
-    if (engine_.getThumb(handle, object.thumbCompressedSize(), &bytes))
+    if (engine_.getThumb(handle, object.thumbCompressedSize(), &bytes)
+        && !engine_.isAnswerEarlier())
         object.setThumbnail(Thumbnail::fromFile(bytes));
 }
 

@@ -223,7 +223,7 @@ void CopyRun::receive(Transfer& transfer)
 {
     const std::uint64_t size = transfer.result.object->objectCompressedSize();
     GetObjectCallback callback(transfer.progress, transfer.file);
-    if (engine_.getObject(transfer.handle, size, nullptr, &callback))
+    if (engine_.getObject(transfer.handle, size, nullptr, &callback) && !engine_.isAnswerEarlier())
         return;
     const TransactionFailure failure = engine_.lastTransactionFailure();
     isCameraGone_ = isCameraGone(failure);

@@ -69,7 +69,7 @@ void DeleteRun::deleteItem(const std::shared_ptr<ObjectInfoData>& item)
 /// On the worker.
 void DeleteRun::request(const HandleBlock& handle, DeletedFile& file)
 {
-    file.isDeleted = engine_.deleteObject(handle);
+    file.isDeleted = engine_.deleteObject(handle) && !engine_.isAnswerEarlier();
     if (file.isDeleted)
         return;
     const TransactionFailure failure = engine_.lastTransactionFailure();

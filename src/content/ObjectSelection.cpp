@@ -47,8 +47,7 @@ QString trimmedPath(QString path)
 /// written in several ways, and a card may hold two files whose names differ in nothing else.
 std::vector<std::size_t> indexesCalled(const Nodes& nodes, const QString& wanted, const Text& text)
 {
-    auto exact =
-        indexesWhere(nodes, [&](std::size_t index) { return text(index) == wanted; });
+    auto exact = indexesWhere(nodes, [&](std::size_t index) { return text(index) == wanted; });
     if (!exact.empty())
         return exact;
     const QString normalized = wanted.normalized(QString::NormalizationForm_C);

@@ -12,6 +12,7 @@
 #include "ptp/HandleBlock.h"
 #include "ptp/TransactionFailure.h"
 #include "ptp/TransactionState.h"
+#include "ptp/UnansweredTransactions.h"
 #include "usb/UsbHost.h"
 #include "usb/UsbTimeouts.h"
 
@@ -29,6 +30,7 @@
 namespace nivor {
 
 class CommandContainer;
+struct ContainerHeader;
 class ObjectInfoData;
 class ObjectPropValue;
 class PTPTransactionCallback;
@@ -199,12 +201,14 @@ private:
     [[nodiscard]] UsbTimeouts paced(const UsbTimeouts& timeouts) const;
     void advanceTransactionID();
     void recordOutcome(StopReason reason);
+    void settleAnswer();
     bool requestCancel(bool& lastStatusSucceeded);
 
     // The receive loop; every one of these runs on the receive thread.
     void receive(PTPTransactionCallback* receiveCallback, std::string_view event);
     void receiveContainers(Reception& reception);
     bool receiveContainer(Reception& reception);
+    void noteTransaction(const ContainerHeader& header);
     void receiveDataPhase(Reception& reception, std::size_t firstRead, std::uint64_t completeSize);
     UsbResult readPipe(std::span<std::uint8_t> buffer, std::size_t& received);
     bool deliver(Reception& reception, ByteView piece, std::uint64_t completeSize);
@@ -248,6 +252,9 @@ private:
     // Transaction IDs, 0 for none: of the last command written, and of that at the last stop.
     std::atomic<std::uint32_t> sentTransaction_{0};
     std::atomic<std::uint32_t> stoppedTransaction_{0};
+
+    // Between transactions of the calling thread, during one of the receive thread.
+    UnansweredTransactions unanswered_;
 
     std::recursive_mutex lock_;
 

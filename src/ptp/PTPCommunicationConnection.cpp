@@ -121,6 +121,7 @@ bool PTPCommunication::connect(std::int32_t vendorID)
     }
 
     setTransactionID(firstTransactionID);
+    unanswered_.clear();
     setConnected(openSessionPatiently());
     if (!connected()) {
         const UsbResult cause = lastTransactionFailure().usbResult;

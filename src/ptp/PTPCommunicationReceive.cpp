@@ -110,6 +110,7 @@ bool PTPCommunication::receiveContainer(Reception& reception)
     }
 
     const ContainerHeader header = ContainerHeader::parse(first);
+    noteTransaction(header);
     if (header.isOfType(ContainerType::Response)) {
         setIsReceivedResponse(true);
         setLastResponseCode(header.code);
@@ -127,6 +128,19 @@ bool PTPCommunication::receiveContainer(Reception& reception)
         }
     }
     return true;
+}
+
+// Containers are taken in the order in which they come, whatever transaction they name; but when it
+// is one that had ended unanswered, this one's own answer is still to come.
+void PTPCommunication::noteTransaction(const ContainerHeader& header)
+{
+    const bool isResponse = header.isOfType(ContainerType::Response);
+    if ((!isResponse && !header.isOfType(ContainerType::Data))
+        || !unanswered_.contains(header.transactionID))
+        return;
+    setIsAnswerEarlier(true);
+    if (isResponse)
+        unanswered_.remove(header.transactionID);
 }
 
 void PTPCommunication::receiveDataPhase(Reception& reception, std::size_t firstRead,

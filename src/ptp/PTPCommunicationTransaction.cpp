@@ -101,14 +101,8 @@ bool PTPCommunication::executePTPTransaction(ByteBuffer& command, ByteBuffer* da
     const StopReason reason = waitForReception(queue, timeout);
     queue.waitUntilAllOperationsAreFinished();
 
-    if (reason == StopReason::Stopped && stoppedTransaction_ != transactionID()) {
-        // The stop was confirmed before the camera had the command, so it answers all the same;
-        // left alone, that would answer the next command.
-        bool lastStatusSucceeded = false;
-        requestCancel(lastStatusSucceeded);
-    }
-
     recordOutcome(reason);
+    settleAnswer();
     if (receiveBuffer != nullptr && *receiveBuffer == nullptr)
         *receiveBuffer = tmpBuffer();
     setTmpBuffer(nullptr);
@@ -123,6 +117,7 @@ void PTPCommunication::resetTransaction(ReceiveSlot* receiveBuffer, std::uint64_
     setIsReceivedData(!isReceiveData);
     setIsReceivedError(false);
     setIsReceiveCancel(false);
+    setIsAnswerEarlier(false);
     setIsReceivedFinish(false);
     setLastResponseCode(0);
     failure_.set({});
@@ -191,8 +186,25 @@ void PTPCommunication::recordOutcome(StopReason reason)
         if (reason == StopReason::Stopped)
             failure.cause = TransactionFailure::Cause::Stopped;
     }
+    if (failure.cause == TransactionFailure::Cause::None && isAnswerEarlier())
+        failure.cause = TransactionFailure::Cause::EarlierAnswer;
     failure.responseCode = lastResponseCode();
     failure_.set(std::move(failure));
+}
+
+// Remembers an answer that the camera still owes. Where that answer is sure to come, the camera is
+// asked to drop it; else it would be taken for the next command's.
+void PTPCommunication::settleAnswer()
+{
+    // The stop was confirmed before the camera had the command.
+    const bool isStoppedTooEarly =
+        isStopCopyFlg() && stoppedTransaction_ != transactionID() && !isReceivedResponse();
+    if (!isReceivedResponse() || isAnswerEarlier())
+        unanswered_.add(transactionID());
+    if (isStoppedTooEarly || isAnswerEarlier()) {
+        bool lastStatusSucceeded = false;
+        requestCancel(lastStatusSucceeded);
+    }
 }
 
 void PTPCommunication::advanceTransactionID()

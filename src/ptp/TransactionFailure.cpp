@@ -43,6 +43,8 @@ std::string TransactionFailure::toText() const
         return "not enough memory to receive it";
     case Cause::TooMuchData:
         return "the camera's answer is too long to be true";
+    case Cause::EarlierAnswer:
+        return "the camera's answer was to an earlier question";
     case Cause::TooSlow:
         return "the camera's answer came too slowly and did not end";
     }

@@ -12,15 +12,16 @@ namespace nivor {
 struct TransactionFailure {
     enum class Cause : std::uint8_t {
         None,
-        NotConnected,  ///< no camera is connected
-        TimedOut,      ///< the camera was silent for the whole time-out
-        Stopped,       ///< a stop was confirmed by the camera
-        ReadFailed,    ///< the bulk-in pipe failed with `usbResult`
-        SinkRefused,   ///< the sink answered that it takes no more
-        SinkError,     ///< the sink raised an error: `detail`
-        NoMemory,      ///< the receive buffer could not be allocated
-        TooMuchData,   ///< the answer is longer than any such answer can be
-        TooSlow,       ///< the answer came bit by bit and did not end
+        NotConnected,   ///< no camera is connected
+        TimedOut,       ///< the camera was silent for the whole time-out
+        Stopped,        ///< a stop was confirmed by the camera
+        ReadFailed,     ///< the bulk-in pipe failed with `usbResult`
+        SinkRefused,    ///< the sink answered that it takes no more
+        SinkError,      ///< the sink raised an error: `detail`
+        NoMemory,       ///< the receive buffer could not be allocated
+        TooMuchData,    ///< the answer is longer than any such answer can be
+        EarlierAnswer,  ///< it completed, with the answer to an earlier transaction
+        TooSlow,        ///< the answer came bit by bit and did not end
     };
 
     Cause cause = Cause::None;

@@ -35,6 +35,12 @@ public:
     [[nodiscard]] bool isReceivedFinish() const { return isReceivedFinish_; }
     void setIsReceivedFinish(bool value) { isReceivedFinish_ = value; }
 
+    /// What was read in this transaction answers an earlier one, which had ended without an answer.
+    /// Containers are matched to transactions by their order alone, so the transaction completes
+    /// with it; but what it brought is about something else.
+    [[nodiscard]] bool isAnswerEarlier() const { return isAnswerEarlier_; }
+    void setIsAnswerEarlier(bool value) { isAnswerEarlier_ = value; }
+
     /// Code of the last response read; 0 at the start of every transaction.
     [[nodiscard]] std::uint16_t lastResponseCode() const { return lastResponseCode_; }
     void setLastResponseCode(std::uint16_t value) { lastResponseCode_ = value; }
@@ -76,6 +82,7 @@ private:
     std::atomic<bool> isReceiveCancel_{false};
     std::atomic<bool> isReceivedError_{false};
     std::atomic<bool> isReceivedFinish_{false};
+    std::atomic<bool> isAnswerEarlier_{false};
     std::atomic<std::uint16_t> lastResponseCode_{0};
     std::atomic<std::uint32_t> timeoutTimer_{0};
     AtomicProperty<std::shared_ptr<ByteBuffer>> tmpBuffer_;
