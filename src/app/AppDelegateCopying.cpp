@@ -123,6 +123,8 @@ void AppDelegate::startCopyingItems(const ObjectList& items, const QUrl& destina
         localizedText(result.isStopped ? TextKey::statusStopped : TextKey::statusCopied,
                       QString::number(result.copiedCount()),
                       QString::number(result.files.size() + result.filesNotBegun)));
+    // While the alert is open, the user may want to unmount what it is about.
+    result.folder.reset();
     if (!result.isStopped && result.isError)
         showCopyErrorAlert(failureLines(result));
 }

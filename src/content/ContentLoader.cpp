@@ -2,22 +2,27 @@
 
 #include "codes/ObjectPropCode.h"
 #include "content/HandleOrder.h"
+#include "content/OwnAnswer.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/ObjectPropValueObjectSize.h"
 #include "datasets/Thumbnail.h"
 #include "foundation/Errors.h"
-#include "ptp/PTPCommunication.h"
 
 #include <QSet>
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 namespace nivor {
 namespace {
 
 constexpr int mostConsecutiveFailures = 2;
+
+// Each that is refused or not sent takes a time-out; a camera that announces thumbnails and has
+// none would hold up the listing by hours.
+constexpr int mostFailedThumbnails = 5;
 
 // The dataset's size field says with this value that it is too small for the size.
 constexpr std::uint64_t sizeBeyondField = 0xFFFFFFFF;
@@ -40,9 +45,11 @@ ContentLoader::Result ContentLoader::load()
     budget_ = fullBudget_;
     done_ = 0;
     consecutiveFailures_ = 0;
+    failedThumbnails_ = 0;
 
     std::vector<std::uint32_t> storageIDs;
-    if (!engine_.getStorageIDs(&storageIDs) || storageIDs.empty() || engine_.isAnswerEarlier()) {
+    if (!hasOwnAnswer(engine_, [&] { return engine_.getStorageIDs(&storageIDs); })
+        || storageIDs.empty()) {
         result_.end = End::NoStorage;
         result_.failure = engine_.lastTransactionFailure().toText();
         return std::move(result_);
@@ -62,15 +69,18 @@ bool ContentLoader::readHandles(std::uint32_t storageID, std::uint32_t associati
                                 HandlesDict& handles)
 {
     std::string failure;
+    const std::lock_guard guard(engine_.lock());
     try {
-        if (engine_.getObjectHandles(storageID, handles, association)) {
-            if (!engine_.isAnswerEarlier())
-                return true;
-            handles.clear();  // they are no handles
-        }
+        if (engine_.getObjectHandles(storageID, handles, association) && !engine_.isAnswerEarlier())
+            return true;
         failure = engine_.lastTransactionFailure().toText();
     } catch (const RangeError&) {
         failure = "the camera announced more objects than it named";
+    }
+    // A thumbnail, perhaps, of which every four bytes would pass for a handle.
+    if (engine_.isAnswerEarlier()) {
+        failure = engine_.lastTransactionFailure().toText();
+        handles.clear();
     }
     result_.handlesFailed = true;
     result_.failure = std::move(failure);
@@ -105,7 +115,11 @@ bool ContentLoader::readObject(const HandleBlock& handle, const QString& folder)
 {
     std::shared_ptr<ObjectInfoData> object;
     // What describes another object would be shown, copied and deleted under this one's handle.
-    if (!engine_.getObjectInfo(handle, &object) || !object || engine_.isAnswerEarlier())
+    const auto ask = [&] { return engine_.getObjectInfo(handle, &object); };
+    // Asked once more, it may have an answer of its own, for the camera drops what it still owes.
+    if (!hasOwnAnswer(engine_, ask) && !(engine_.isAnswerEarlier() && hasOwnAnswer(engine_, ask)))
+        return false;
+    if (!object)
         return false;
     if (!object->isAssociation())
         completeFile(*object, handle);
@@ -120,27 +134,29 @@ void ContentLoader::completeFile(ObjectInfoData& object, const HandleBlock& hand
 {
     if (object.objectCompressedSize() == sizeBeyondField) {
         ObjectPropValueObjectSize size;
+        bool isKnown = false;
         try {
-            engine_.getObjectPropValue(
-                handle, static_cast<std::uint32_t>(ObjectPropCode::ObjectSize), &size);
+            isKnown = hasOwnAnswer(engine_, [&] {
+                return engine_.getObjectPropValue(
+                    handle, static_cast<std::uint32_t>(ObjectPropCode::ObjectSize), &size);
+            });
         } catch (const RangeError&) {
             // As good as no answer: the size stays unknown, which is 0.
         }
-        object.setObjectCompressedSize(engine_.isAnswerEarlier() ? 0 : size.value().value_or(0));
+        object.setObjectCompressedSize(isKnown ? size.value().value_or(0) : 0);
     }
-    if (!options_.thumbnails || object.thumbCompressedSize() == 0)
-        return;
-    if (budget_.hasRoomForThumbnail())
+    if (options_.thumbnails && object.thumbCompressedSize() != 0 && budget_.hasRoomForThumbnail()
+        && failedThumbnails_ < mostFailedThumbnails)
         readThumbnail(object, handle);
-    else
-        ++result_.thumbnailsLeftOut;
 }
 
 void ContentLoader::readThumbnail(ObjectInfoData& object, const HandleBlock& handle)
 {
     ByteBuffer bytes;
-    if (engine_.getThumb(handle, object.thumbCompressedSize(), &bytes)
-        && !engine_.isAnswerEarlier())
+    const bool isSent = hasOwnAnswer(
+        engine_, [&] { return engine_.getThumb(handle, object.thumbCompressedSize(), &bytes); });
+    failedThumbnails_ = isSent ? 0 : failedThumbnails_ + 1;
+    if (isSent)
         object.setThumbnail(Thumbnail::fromFile(bytes));
 }
 
@@ -206,7 +222,8 @@ bool ContentLoader::lookIntoFolder(std::uint32_t storageID, const HandleBlock& f
     HandlesDict& known = result_.listing.handles;
     HandlesDict fresh;
     for (auto entry = contents.cbegin(); entry != contents.cend(); ++entry) {
-        if (!known.contains(entry.key()))
+        if (!known.contains(entry.key())
+            && budget_.hasRoomForHandles(static_cast<std::size_t>(known.size() + fresh.size())))
             fresh.insert(entry.key(), entry.value());
     }
     known.insert(fresh);

@@ -50,10 +50,9 @@ public:
     struct Result {
         End end = End::Complete;
         ContentListing listing{};
-        std::size_t failedObjects = 0;      ///< objects named by the camera that could not be read
-        bool handlesFailed = false;         ///< a list of handles was missing or incomplete
-        std::size_t thumbnailsLeftOut = 0;  ///< not asked for: there was no room for them
-        std::string failure{};  ///< why the last of all these failed, UTF-8; may be empty
+        std::size_t failedObjects = 0;  ///< objects named by the camera that could not be read
+        bool handlesFailed = false;     ///< a list of handles was missing or incomplete
+        std::string failure{};          ///< why the last of all these failed, UTF-8; may be empty
 
         /// Whether the listing names all that the camera has.
         [[nodiscard]] bool isComplete() const
@@ -100,6 +99,7 @@ private:
     Result result_;
     std::size_t done_ = 0;
     int consecutiveFailures_ = 0;
+    int failedThumbnails_ = 0;  ///< in a row
 };
 
 }  // namespace nivor

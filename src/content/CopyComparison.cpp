@@ -15,6 +15,8 @@
 
 #include <fmt/format.h>
 
+#include <mutex>
+
 #include <exception>
 #include <utility>
 
@@ -111,8 +113,19 @@ CopyComparisonResult::Outcome CopyComparison::receive(
 {
     const HandleBlock handle = handles_.value(file.object->myHandle());
     ComparingCallback comparing(folder, file.path, progress);
-    const bool isComplete =
-        engine_.getObject(handle, file.object->objectCompressedSize(), nullptr, &comparing);
+    bool isComplete = false;
+    bool isEarlier = false;
+    {
+        const std::lock_guard guard(engine_.lock());
+        isComplete =
+            engine_.getObject(handle, file.object->objectCompressedSize(), nullptr, &comparing);
+        isEarlier = engine_.isAnswerEarlier();
+    }
+    if (isEarlier) {
+        // What it was held against are another file's bytes.
+        file.failure = notComparedText(engine_.lastTransactionFailure().toText());
+        return Outcome::NotCompared;
+    }
     try {
         if (isComplete)
             comparing.finish();

@@ -5,6 +5,7 @@
 #include "content/CopyRunObserver.h"
 #include "content/CopyStop.h"
 #include "content/DestinationFolder.h"
+#include "content/OwnAnswer.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
 #include "foundation/Errors.h"
@@ -13,7 +14,6 @@
 #include "logging/RollingLogger.h"
 #include "ptp/FileHandle.h"
 #include "ptp/GetObjectCallback.h"
-#include "ptp/PTPCommunication.h"
 
 #include <fmt/format.h>
 
@@ -193,7 +193,12 @@ void CopyRun::transfer(Transfer& transfer)
     // No transaction runs around the transfer, so a stop has nothing to cancel; it is seen before
     // the next file.
     worker_.run([this, &transfer] { requireRoom(transfer); }, isUnderWay);
-    if (result.failure.empty()) {
+    if (!result.failure.empty())
+        logRefusal(result.failure);
+    else if (observer_.isStopRequested()) {
+        result_.isStopped = true;
+        result.failure = "stopped";
+    } else {
         worker_.run([this, &transfer] { receive(transfer); },
                     [this, &isUnderWay] {
                         stopIfRequested(engine_, observer_, result_);
@@ -223,7 +228,9 @@ void CopyRun::receive(Transfer& transfer)
 {
     const std::uint64_t size = transfer.result.object->objectCompressedSize();
     GetObjectCallback callback(transfer.progress, transfer.file);
-    if (engine_.getObject(transfer.handle, size, nullptr, &callback) && !engine_.isAnswerEarlier())
+    const bool isReceived = hasOwnAnswer(
+        engine_, [&] { return engine_.getObject(transfer.handle, size, nullptr, &callback); });
+    if (isReceived)
         return;
     const TransactionFailure failure = engine_.lastTransactionFailure();
     isCameraGone_ = isCameraGone(failure);

@@ -2,11 +2,11 @@
 
 #include "content/CameraGone.h"
 #include "content/DeleteRunObserver.h"
+#include "content/OwnAnswer.h"
 #include "datasets/ObjectInfoData.h"
 #include "foundation/ResultText.h"
 #include "foundation/Selector.h"
 #include "logging/RollingLogger.h"
-#include "ptp/PTPCommunication.h"
 
 #include <fmt/format.h>
 
@@ -69,7 +69,7 @@ void DeleteRun::deleteItem(const std::shared_ptr<ObjectInfoData>& item)
 /// On the worker.
 void DeleteRun::request(const HandleBlock& handle, DeletedFile& file)
 {
-    file.isDeleted = engine_.deleteObject(handle) && !engine_.isAnswerEarlier();
+    file.isDeleted = hasOwnAnswer(engine_, [&] { return engine_.deleteObject(handle); });
     if (file.isDeleted)
         return;
     const TransactionFailure failure = engine_.lastTransactionFailure();

@@ -74,7 +74,7 @@ int DestinationFolder::refusalOf(std::uint64_t size) const
 {
     struct statvfs disk { };
     // Some network folders know nothing of their disk.
-    if (::fstatvfs(descriptor_, &disk) < 0 || disk.f_blocks == 0)
+    if (::fstatvfs(descriptor_, &disk) < 0 || disk.f_blocks == 0 || disk.f_frsize == 0)
         return 0;
     if ((disk.f_flag & ST_RDONLY) != 0)
         return EROFS;

@@ -15,6 +15,9 @@ public:
         /// More than any camera's card holds.
         std::size_t objects = 1'000'000;
 
+        /// As many as one answer can name: some objects behind them may not be readable.
+        std::size_t handles = std::size_t{1} << 20;
+
         /// Ordinary records of that many objects take less. Beyond it none is read.
         std::size_t recordBytes = std::size_t{1} << 30;
 
@@ -29,6 +32,12 @@ public:
     [[nodiscard]] bool hasRoomForObject() const
     {
         return objects_ < limits_.objects && recordBytes_ < limits_.recordBytes;
+    }
+
+    /// Whether another handle may be kept beside so many.
+    [[nodiscard]] bool hasRoomForHandles(std::size_t handles) const
+    {
+        return handles < limits_.handles;
     }
 
     /// Whether another thumbnail may be asked for.

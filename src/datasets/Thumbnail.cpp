@@ -1,5 +1,7 @@
 #include "datasets/Thumbnail.h"
 
+#include "foundation/ByteReader.h"
+
 #include <QBuffer>
 #include <QImageReader>
 
@@ -33,17 +35,28 @@ QByteArray cameraFormat(const QByteArray& file)
     return {};
 }
 
-/// The memory of the largest picture, in MiB: some formats have 8 bytes a pixel.
-constexpr int mostMemory = static_cast<int>((8 * Thumbnail::mostPixels) >> 20);
+bool isTooLarge(const QSize& size)
+{
+    return qint64{size.width()} * size.height() > Thumbnail::mostPixels;
+}
+
+/// The size that a picture is decoded at. A GIF tells its first frame's before that, and is decoded
+/// at its screen's (GIF89a, 18).
+QSize decodedSize(const QByteArray& file, const QByteArray& format, const QSize& told)
+{
+    constexpr std::size_t screenAt = 6;
+    if (format != "gif")
+        return told;
+    ByteReader screen({reinterpret_cast<const std::uint8_t*>(file.constData()),
+                       static_cast<std::size_t>(file.size())},
+                      screenAt);
+    const int width = screen.u16();
+    const int height = screen.u16();
+    return told.expandedTo({width, height});
+}
 
 std::unique_ptr<QImageReader> readerOf(QBuffer& file, const QByteArray& format)
 {
-    // For the whole process; nothing else in it reads pictures that large.
-    static const bool isLimited = [] {
-        QImageReader::setAllocationLimit(mostMemory);
-        return true;
-    }();
-    static_cast<void>(isLimited);
     auto reader = std::make_unique<QImageReader>(&file, format);
     reader->setAutoDetectImageFormat(false);
     return reader;
@@ -69,7 +82,7 @@ std::shared_ptr<const Thumbnail> Thumbnail::fromFile(ByteView bytes)
         return nullptr;
     QBuffer buffer(&file);
     const QSize size = readerOf(buffer, format)->size();
-    if (size.isEmpty() || qint64{size.width()} * size.height() > mostPixels)
+    if (size.isEmpty() || isTooLarge(decodedSize(file, format, size)))
         return nullptr;
     file.detach();
     return std::shared_ptr<const Thumbnail>(new Thumbnail(std::move(file), size));
@@ -80,9 +93,8 @@ QImage Thumbnail::image() const
     QByteArray file = file_;
     QBuffer buffer(&file);
     QImage image = readerOf(buffer, cameraFormat(file))->read();
-    // The size told before decoding may be another one: that of a GIF's first frame, not its
-    // screen.
-    return qint64{image.width()} * image.height() > mostPixels ? QImage() : image;
+    // Whatever a decoder has made of it, no more is kept.
+    return isTooLarge(image.size()) ? QImage() : image;
 }
 
 }  // namespace nivor

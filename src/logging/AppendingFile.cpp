@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,6 +17,8 @@ AppendingFile::AppendingFile(std::string path)
     do
         descriptor_ = ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
     while (descriptor_ < 0 && errno == EINTR);
+    if (isOpen())
+        ::flock(descriptor_, LOCK_SH | LOCK_NB);
     struct stat status { };
     if (isOpen() && ::fstat(descriptor_, &status) == 0) {
         device_ = status.st_dev;
@@ -43,6 +46,16 @@ AppendingFile::~AppendingFile()
 {
     if (isOpen())
         ::close(descriptor_);
+}
+
+bool AppendingFile::isAppendedToByOthers(const std::string& path)
+{
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool isLocked = ::flock(descriptor, LOCK_EX | LOCK_NB) < 0 && errno == EWOULDBLOCK;
+    ::close(descriptor);
+    return isLocked;
 }
 
 std::optional<std::int64_t> AppendingFile::sizeInPlace() const

@@ -17,7 +17,8 @@ public:
     /// Not open.
     AppendingFile() = default;
 
-    /// Opens the file at `path`; never creates one.
+    /// Opens the file at `path`; never creates one. While it is open other processes can know
+    /// (`isAppendedToByOthers`).
     explicit AppendingFile(std::string path);
     ~AppendingFile();
 
@@ -35,6 +36,10 @@ public:
 
     /// Adds the bytes in one write at the end of the file, wherever that is by then.
     void append(std::string_view bytes);
+
+    /// Whether another process, or another object of this one, has the file at `path` open. Never
+    /// where the file system knows no locks.
+    static bool isAppendedToByOthers(const std::string& path);
 
 private:
     std::string path_;

@@ -1,6 +1,6 @@
 #include "logging/FolderLock.h"
 
-#include <chrono>
+#include <cerrno>
 #include <thread>
 
 #include <fcntl.h>
@@ -9,15 +9,18 @@
 
 namespace nivor {
 
-FolderLock::FolderLock(const std::string& folder)
+FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds patience)
     : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
 {
-    // Whoever holds it is about to append one record.
-    constexpr int mostTries = 500;
-    for (int tries = 0; descriptor_ >= 0 && !isHeld_ && tries < mostTries; ++tries) {
+    if (descriptor_ < 0)
+        return;
+    const auto end = std::chrono::steady_clock::now() + patience;
+    for (;;) {
         isHeld_ = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0;
-        if (!isHeld_)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        isOthers_ = !isHeld_ && (errno == EWOULDBLOCK || errno == EINTR);
+        if (!isOthers_ || std::chrono::steady_clock::now() >= end)
+            return;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }
 

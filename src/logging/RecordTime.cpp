@@ -42,17 +42,4 @@ RecordTime lastRecordTime(std::string_view contents)
     return timeInLine(contents.substr(begin, end - begin));
 }
 
-RecordTime firstRecordTime(std::string_view contents)
-{
-    if (!contents.starts_with(recordMarker))
-        return std::nullopt;
-    return timeInLine(contents.substr(0, contents.find('\n')));
-}
-
-RecordTime recordTimeOf(std::chrono::sys_seconds time)
-{
-    const std::string stamp = formatLogTimeStamp(time);
-    return parseLogTimeStamp(std::u16string(stamp.begin(), stamp.end()));
-}
-
 }  // namespace nivor

@@ -17,10 +17,4 @@ using RecordTime = std::optional<std::chrono::sys_seconds>;
 /// The time of the last record in the text of a log file. A text that is not UTF-8 holds none.
 RecordTime lastRecordTime(std::string_view contents);
 
-/// The time of the record that a log file begins with; nothing where it begins with none.
-RecordTime firstRecordTime(std::string_view contents);
-
-/// The time that a record stamped at `time` tells.
-RecordTime recordTimeOf(std::chrono::sys_seconds time);
-
 }  // namespace nivor

@@ -19,6 +19,8 @@ namespace nivor {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr auto elementNameUnits = [] {
     std::array<char, RollingLogger::programName.size()> units{};
     for (std::size_t i = 0; i < units.size(); ++i) {
@@ -107,10 +109,15 @@ void RollingLogger::writeToFile(std::string_view className, std::string_view pro
         }
         // Held until the record is in the file: another process then finds that this one has
         // begun it, rather than emptying it once more.
-        const FolderLock lock(saveDirectory_.get());
-        chooseTarget(Reason::TargetUnusable);
-        const auto name = targetLogName_.get();
-        target_ = AppendingFile(name ? *name : std::string());
+        const FolderLock lock(saveDirectory_.get(), patience_);
+        // One that hangs is waited for once.
+        patience_ = lock.isOthers() ? 0ms : longestPatience;
+        // While another one is choosing, better a file that is too long than one emptied twice.
+        if (!lock.isOthers() || !target_.isOpen()) {
+            chooseTarget(target_.sizeInPlace().value_or(0) >= fullSize);
+            const auto name = targetLogName_.get();
+            target_ = AppendingFile(name ? *name : std::string());
+        }
         target_.append(text);
     });
 }
@@ -161,13 +168,14 @@ void RollingLogger::selectLogFile()
 {
     quietly([this] {
         const std::lock_guard guard(writing_);
-        const FolderLock lock(saveDirectory_.get());
-        chooseTarget(Reason::Asked);
+        const FolderLock lock(saveDirectory_.get(), longestPatience);
+        chooseTarget(false);
     });
 }
 
-/// What `selectLogFile` does. Only with `writing_` held.
-void RollingLogger::chooseTarget(Reason reason)
+/// What `selectLogFile` does. Only with `writing_` held. `isTargetFull`: it was not so when this
+/// logger chose it.
+void RollingLogger::chooseTarget(bool isTargetFull)
 {
     const std::string directory = saveDirectory_.get();
     if (directory.empty())
@@ -189,22 +197,14 @@ void RollingLogger::chooseTarget(Reason reason)
             createTarget(O_EXCL);
     } else {
         targetLogName_.set(other);
-        if (reason == Reason::Asked || !wasBegunByAnotherProcess(*other))
+        // What another process has begun in this very second, or still goes on with, is gone on
+        // with.
+        const bool isBegun = isTargetFull && firstTime == secondTime;
+        const bool isOthers = sizeOf(other->c_str()).value_or(fullSize) < fullSize
+            && (isBegun || AppendingFile::isAppendedToByOthers(*other));
+        if (!isOthers)
             createEmptyFile(other->c_str(), O_TRUNC);
     }
-    chosenAt_ = recordTimeOf(std::chrono::floor<std::chrono::seconds>(clock_()));
-}
-
-/// Whether the file is not the older one any more, although a record of this very second may make
-/// it look so: another process has emptied it since this one chose its target, and goes on there.
-bool RollingLogger::wasBegunByAnotherProcess(const std::string& path) const
-{
-    const auto size = sizeOf(path.c_str());
-    if (!chosenAt_ || !size || *size >= fullSize)
-        return false;
-    const auto contents = contentsOfFile(path);
-    const RecordTime begun = contents ? firstRecordTime(*contents) : std::nullopt;
-    return begun && *begun >= *chosenAt_;
 }
 
 std::optional<std::chrono::sys_seconds> RollingLogger::getLastLogTime(

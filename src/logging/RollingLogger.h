@@ -25,7 +25,7 @@ namespace nivor {
 /// has been set every record is lost.
 ///
 /// Several processes may log into one folder: each record is one append, and they take turns to
-/// choose a file, so none empties what another has just begun.
+/// choose a file, and none empties what another goes on with.
 class RollingLogger {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
@@ -94,11 +94,11 @@ public:
     void setTargetLogName(const std::filesystem::path& name);
 
 private:
-    enum class Reason : std::uint8_t { Asked, TargetUnusable };
+    /// For another process that is choosing a file.
+    static constexpr std::chrono::milliseconds longestPatience{1000};
 
     bool isTargetUsable();
-    void chooseTarget(Reason reason);
-    [[nodiscard]] bool wasBegunByAnotherProcess(const std::string& path) const;
+    void chooseTarget(bool isTargetFull);
     void createTarget(int flag);
     std::string record(std::string_view className, std::string_view procName,
                        std::string_view message);
@@ -112,7 +112,7 @@ private:
 
     // Held while the target is chosen and a record written. Guards what follows.
     std::mutex writing_;
-    RecordTime chosenAt_;   ///< when the target was
+    std::chrono::milliseconds patience_ = longestPatience;
     AppendingFile target_;  ///< kept open from record to record while it stays in its place
     std::chrono::sys_seconds stampedSecond_{std::chrono::sys_seconds::min()};
     std::string stamp_;

@@ -29,7 +29,7 @@ PTPCommunication::PTPCommunication(EngineParts parts)
     : parts_(std::move(parts))
     , logger_(parts_.logger != nullptr ? *parts_.logger : RollingLogger::sharedManager())
 {
-    assert(parts_.host != nullptr);
+    assert(parts_.host != nullptr && parts_.pace > 0);
     if (!parts_.runLoopSlice)
         parts_.runLoopSlice = &turnEventLoop;
     disconnect();

@@ -6,13 +6,13 @@
 #include "foundation/Bytes.h"
 #include "foundation/OperationQueue.h"
 #include "foundation/Selector.h"
+#include "ptp/AnswerMatch.h"
 #include "ptp/ConnectFailure.h"
 #include "ptp/DatasetBounds.h"
 #include "ptp/EngineParts.h"
 #include "ptp/HandleBlock.h"
 #include "ptp/TransactionFailure.h"
 #include "ptp/TransactionState.h"
-#include "ptp/UnansweredTransactions.h"
 #include "usb/UsbHost.h"
 #include "usb/UsbTimeouts.h"
 
@@ -187,6 +187,9 @@ public:
     [[nodiscard]] ConnectFailure lastConnectFailure() const { return connectFailure_.get(); }
 
 private:
+    /// Get Device Status requests after a Cancel Request.
+    static constexpr int mostStatusPolls = 10;
+
     enum class StopReason : std::uint8_t { Finished, TimedOut, Stopped };
     struct Reception;
     struct ReceptionGuard;
@@ -201,8 +204,8 @@ private:
     [[nodiscard]] UsbTimeouts paced(const UsbTimeouts& timeouts) const;
     void advanceTransactionID();
     void recordOutcome(StopReason reason);
-    void settleAnswer();
-    bool requestCancel(bool& lastStatusSucceeded);
+    void settleAnswer(std::string_view event);
+    bool requestCancel(int mostPolls, bool& lastStatusSucceeded);
 
     // The receive loop; every one of these runs on the receive thread.
     void receive(PTPTransactionCallback* receiveCallback, std::string_view event);
@@ -253,8 +256,10 @@ private:
     std::atomic<std::uint32_t> sentTransaction_{0};
     std::atomic<std::uint32_t> stoppedTransaction_{0};
 
-    // Between transactions of the calling thread, during one of the receive thread.
-    UnansweredTransactions unanswered_;
+    // Of the calling thread between transactions, of the receive thread during one.
+    AnswerMatch answerMatch_;
+    bool isDataExpected_ = false;
+    bool isResponseEarlier_ = false;  ///< so this transaction's own is still to come
 
     std::recursive_mutex lock_;
 

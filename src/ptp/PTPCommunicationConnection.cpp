@@ -121,7 +121,9 @@ bool PTPCommunication::connect(std::int32_t vendorID)
     }
 
     setTransactionID(firstTransactionID);
-    unanswered_.clear();
+    answerMatch_.restart();
+    sentTransaction_ = 0;
+    stoppedTransaction_ = 0;
     setConnected(openSessionPatiently());
     if (!connected()) {
         const UsbResult cause = lastTransactionFailure().usbResult;

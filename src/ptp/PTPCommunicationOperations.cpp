@@ -16,6 +16,8 @@
 
 #include <fmt/format.h>
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace nivor {
@@ -233,10 +235,8 @@ bool PTPCommunication::deleteObject(const HandleBlock& handle)
 bool PTPCommunication::exchange(CommandContainer& command, std::uint32_t timeout)
 {
     datasetBounds_ = smallDataset;
-    const bool success =
-        executePTPTransaction(command.bytes(), nullptr, nullptr, 0, nullptr, false, timeout);
-    datasetBounds_ = {};
-    return success;
+    const auto unbound = qScopeGuard([this] { datasetBounds_ = {}; });
+    return executePTPTransaction(command.bytes(), nullptr, nullptr, 0, nullptr, false, timeout);
 }
 
 // Runs a transaction whose data is collected in memory.
@@ -244,10 +244,9 @@ bool PTPCommunication::collect(CommandContainer& command, std::uint64_t expected
                                const DatasetBounds& bounds, ReceiveSlot& received)
 {
     datasetBounds_ = bounds;
-    const bool success = executePTPTransaction(command.bytes(), nullptr, &received, expectedSize,
-                                               nullptr, true, operationTimeout);
-    datasetBounds_ = {};
-    return success;
+    const auto unbound = qScopeGuard([this] { datasetBounds_ = {}; });
+    return executePTPTransaction(command.bytes(), nullptr, &received, expectedSize, nullptr, true,
+                                 operationTimeout);
 }
 
 // Collects an object or a thumbnail in memory and strips the container's header.

@@ -130,17 +130,17 @@ bool PTPCommunication::receiveContainer(Reception& reception)
     return true;
 }
 
-// Containers are taken in the order in which they come, whatever transaction they name; but when it
-// is one that had ended unanswered, this one's own answer is still to come.
+// Containers are taken in the order in which they come, whatever transaction they name.
 void PTPCommunication::noteTransaction(const ContainerHeader& header)
 {
     const bool isResponse = header.isOfType(ContainerType::Response);
-    if ((!isResponse && !header.isOfType(ContainerType::Data))
-        || !unanswered_.contains(header.transactionID))
+    if (!isResponse && !header.isOfType(ContainerType::Data))
         return;
-    setIsAnswerEarlier(true);
+    const bool isEarlier = answerMatch_.isEarlier(header.transactionID, transactionID());
     if (isResponse)
-        unanswered_.remove(header.transactionID);
+        isResponseEarlier_ = isEarlier;
+    if (isResponse != isDataExpected_)
+        setIsAnswerEarlier(isEarlier);
 }
 
 void PTPCommunication::receiveDataPhase(Reception& reception, std::size_t firstRead,
@@ -237,7 +237,7 @@ void PTPCommunication::endRefusedTransaction(Reception& reception)
 {
     if (reception.isDataUnderWay) {
         bool lastStatusSucceeded = false;
-        requestCancel(lastStatusSucceeded);
+        requestCancel(mostStatusPolls, lastStatusSucceeded);
         writeLog(
             reception.event,
             fmt::format("ReceiveCallback (cancel = {})", lastStatusSucceeded ? "success" : "fail"));
@@ -250,7 +250,9 @@ void PTPCommunication::endRefusedTransaction(Reception& reception)
         if (!succeeded(readPipe(memory, received)))
             return;
         writeLog(reception.event, fmt::format("ReadPipe : len = {}", received));
-        if (ContainerHeader::parse(memory).isOfType(ContainerType::Response))
+        const ContainerHeader header = ContainerHeader::parse(memory);
+        noteTransaction(header);
+        if (header.isOfType(ContainerType::Response))
             return;
     }
 }

@@ -26,7 +26,6 @@ using namespace std::chrono_literals;
 
 constexpr auto waitingStep = 100ms;
 constexpr UsbTimeouts controlTimeouts{2000ms, 2000ms};
-constexpr int mostStatusPolls = 10;
 constexpr auto statusPollPause = 10ms;
 constexpr std::size_t deviceStatusSize = 128;
 constexpr std::size_t deviceStatusCodeOffset = 2;
@@ -79,6 +78,9 @@ bool PTPCommunication::executePTPTransaction(ByteBuffer& command, ByteBuffer* da
                                              PTPTransactionCallback* receiveCallback,
                                              bool isReceiveData, std::uint32_t timeout)
 {
+    constexpr Selector selector{
+        "executePTPTransaction:dataBuffer:receiveBuffer:receiveBufferSize:receiveCallback:"
+        "isReceiveData:timeout:"};
     if (!usbInterface()) {
         failure_.set({.cause = TransactionFailure::Cause::NotConnected});
         return false;
@@ -102,7 +104,7 @@ bool PTPCommunication::executePTPTransaction(ByteBuffer& command, ByteBuffer* da
     queue.waitUntilAllOperationsAreFinished();
 
     recordOutcome(reason);
-    settleAnswer();
+    settleAnswer(selector.text());
     if (receiveBuffer != nullptr && *receiveBuffer == nullptr)
         *receiveBuffer = tmpBuffer();
     setTmpBuffer(nullptr);
@@ -118,6 +120,8 @@ void PTPCommunication::resetTransaction(ReceiveSlot* receiveBuffer, std::uint64_
     setIsReceivedError(false);
     setIsReceiveCancel(false);
     setIsAnswerEarlier(false);
+    isDataExpected_ = isReceiveData;
+    isResponseEarlier_ = false;
     setIsReceivedFinish(false);
     setLastResponseCode(0);
     failure_.set({});
@@ -186,25 +190,26 @@ void PTPCommunication::recordOutcome(StopReason reason)
         if (reason == StopReason::Stopped)
             failure.cause = TransactionFailure::Cause::Stopped;
     }
-    if (failure.cause == TransactionFailure::Cause::None && isAnswerEarlier())
+    const bool isSinkRefused = failure.cause == TransactionFailure::Cause::SinkRefused;
+    if (isAnswerEarlier() && (isSinkRefused || failure.cause == TransactionFailure::Cause::None))
         failure.cause = TransactionFailure::Cause::EarlierAnswer;
-    failure.responseCode = lastResponseCode();
+    failure.responseCode = isResponseEarlier_ ? 0 : lastResponseCode();
     failure_.set(std::move(failure));
 }
 
-// Remembers an answer that the camera still owes. Where that answer is sure to come, the camera is
-// asked to drop it; else it would be taken for the next command's.
-void PTPCommunication::settleAnswer()
+// Has the camera drop an answer that is sure to come: it would be taken for the next command's.
+void PTPCommunication::settleAnswer(std::string_view event)
 {
     // The stop was confirmed before the camera had the command.
     const bool isStoppedTooEarly =
         isStopCopyFlg() && stoppedTransaction_ != transactionID() && !isReceivedResponse();
-    if (!isReceivedResponse() || isAnswerEarlier())
-        unanswered_.add(transactionID());
-    if (isStoppedTooEarly || isAnswerEarlier()) {
-        bool lastStatusSucceeded = false;
-        requestCancel(lastStatusSucceeded);
-    }
+    if (!isStoppedTooEarly && !isResponseEarlier_)
+        return;
+    // Nobody waits for its word, so it is not asked for long.
+    constexpr int fewPolls = 3;
+    bool lastStatusSucceeded = false;
+    requestCancel(fewPolls, lastStatusSucceeded);
+    writeLog(event, fmt::format("Late answer (cancel = {})", resultText(lastStatusSucceeded)));
 }
 
 void PTPCommunication::advanceTransactionID()
@@ -217,7 +222,7 @@ bool PTPCommunication::cancelTransaction()
     constexpr Selector selector{"cancelTransaction"};
     bool lastStatusSucceeded = false;
     const std::uint32_t underWay = sentTransaction_;
-    if (requestCancel(lastStatusSucceeded)) {
+    if (requestCancel(mostStatusPolls, lastStatusSucceeded)) {
         stoppedTransaction_ = underWay;
         setIsStopCopyFlg(true);
         wakeWaitingThread();
@@ -229,7 +234,7 @@ bool PTPCommunication::cancelTransaction()
 
 // Asks the camera to stop the running transaction; true once it says that it has stopped.
 // `lastStatusSucceeded` tells whether the last request of the conversation itself succeeded.
-bool PTPCommunication::requestCancel(bool& lastStatusSucceeded)
+bool PTPCommunication::requestCancel(int mostPolls, bool& lastStatusSucceeded)
 {
     lastStatusSucceeded = false;
     const std::shared_ptr<UsbDevice> device = usbDevice();
@@ -247,7 +252,7 @@ bool PTPCommunication::requestCancel(bool& lastStatusSucceeded)
     if (!succeeded(device->controlRequest(cancel)))
         return false;
 
-    for (int poll = 0; poll < mostStatusPolls; ++poll) {
+    for (int poll = 0; poll < mostPolls; ++poll) {
         // Zero each time: a camera may answer with fewer bytes, even none.
         std::array<std::uint8_t, deviceStatusSize> status{};
         ControlRequest request{.bmRequestType = classRequestIn,

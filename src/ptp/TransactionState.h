@@ -35,9 +35,9 @@ public:
     [[nodiscard]] bool isReceivedFinish() const { return isReceivedFinish_; }
     void setIsReceivedFinish(bool value) { isReceivedFinish_ = value; }
 
-    /// What was read in this transaction answers an earlier one, which had ended without an answer.
-    /// Containers are matched to transactions by their order alone, so the transaction completes
-    /// with it; but what it brought is about something else.
+    /// What this transaction brought answers an earlier one: its data, or its response where it has
+    /// no data phase. Containers are matched to transactions by their order alone, so it completes
+    /// with that all the same.
     [[nodiscard]] bool isAnswerEarlier() const { return isAnswerEarlier_; }
     void setIsAnswerEarlier(bool value) { isAnswerEarlier_ = value; }
 

@@ -151,7 +151,7 @@ TEST_F(AppReentrancy, AListingWaitsForTheCopy)
     std::uint64_t before = 0;
     std::uint64_t after = 0;
     card->open();
-    camera->setPace({.megabytesPerSecond = 0.0002});
+    camera->setPace({.megabytesPerSecond = 0.002});
     onceTheLoopTurns([&] { before = requests(OperationCode::GetObjectInfo); });
     const ObjectList items(1, window.shown.front());
     app.startCopyingItems(items, urlOf(folder()));

@@ -82,8 +82,20 @@ TEST_F(ListingBudgetTest, WithoutRoomForThumbnailsTheFilesAreStillListed)
     ASSERT_EQ(result.listing.objects.size(), 3U);
     EXPECT_NE(result.listing.objects.at(1)->thumbnail(), nullptr);
     EXPECT_EQ(result.listing.objects.at(2)->thumbnail(), nullptr);
-    EXPECT_EQ(result.thumbnailsLeftOut, 1U);
     EXPECT_EQ(requests(OperationCode::GetThumb), 2U);
+}
+
+TEST_F(ListingBudgetTest, KeepsSoManyHandlesOfWhatFoldersName)
+{
+    for (const char16_t* name : {u"100MEDIA", u"101MEDIA"}) {
+        const std::uint32_t folder = card->addFolder(name);
+        card->addFile(u"A", 10, folder);
+        card->addFile(u"B", 10, folder);
+    }
+    connect({.listing = ListingStyle::RootOnly});
+    const auto result = loadWithin({.handles = 3});
+    EXPECT_EQ(result.listing.handles.size(), 3);
+    EXPECT_EQ(result.listing.objects.size(), 3U);
 }
 
 TEST_F(ListingBudgetTest, CountsWhatFoldersHoldToo)

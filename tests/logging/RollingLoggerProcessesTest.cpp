@@ -20,23 +20,31 @@ constexpr int recordsEach = 150;
 
 class RollingLoggerProcesses : public RollingLoggerFixture {
 protected:
-    /// Each process writes its records as fast as it can, with a logger that has written before,
-    /// as a program's has when it has been running for a while.
+    /// Each process has a logger that has chosen its file, as a program's has when it has been
+    /// running for a while, and all of them begin at once.
     void writeRecordsInProcesses()
     {
+        int ready[2];
         int gate[2];
+        ASSERT_EQ(::pipe(ready), 0);
         ASSERT_EQ(::pipe(gate), 0);
         std::vector<pid_t> children;
         for (int process = 0; process < processCount; ++process) {
             const pid_t child = ::fork();
             if (child == 0) {
                 ::close(gate[1]);
-                writeRecords(process, gate[0]);
+                writeRecords(process, ready[1], gate[0]);
                 ::_exit(0);
             }
             children.push_back(child);
         }
+        ::close(ready[1]);
         ::close(gate[0]);
+        for (int process = 0; process < processCount; ++process) {
+            char one = 0;
+            ASSERT_EQ(::read(ready[0], &one, 1), 1);
+        }
+        ::close(ready[0]);
         ::close(gate[1]);  // opens it
         for (const pid_t child : children) {
             int status = 0;
@@ -45,14 +53,15 @@ protected:
         }
     }
 
-    void writeRecords(int process, int gate) const
+    void writeRecords(int process, int ready, int gate) const
     {
         RollingLogger logger;
         logger.setLogBaseName("NIVOR File Transfer");
         logger.setSaveDirectory(folder());
         logger.selectLogFile();
-        char opened = 0;
-        static_cast<void>(::read(gate, &opened, 1));
+        char one = 0;
+        static_cast<void>(::write(ready, &one, 1));
+        static_cast<void>(::read(gate, &one, 1));
         const std::string padding(3000, '.');
         for (int i = 0; i < recordsEach; ++i)
             logger.writeToFile("C", "p:", messageOf(process, i) + padding);
@@ -103,9 +112,45 @@ TEST_F(RollingLoggerProcesses, GoOnWhenOneOfThemKeepsTheFolderLocked)
     ASSERT_EQ(::flock(folderDescriptor, LOCK_EX), 0);
     writeRecord();
     EXPECT_EQ(textOf(log1()), recordOf(nowStamp));
-    EXPECT_FALSE(FolderLock(folder()).isHeld());
     ::close(folderDescriptor);
-    EXPECT_TRUE(FolderLock(folder()).isHeld());
+}
+
+TEST_F(RollingLoggerProcesses, DoNotEmptyAFileWhileAnotherOneIsChoosing)
+{
+    createFolder();
+    setFileOfSize(log1(), RollingLogger::fullSize - 1, nowStamp);
+    setText(log2(), recordOf(earlier));
+    writeRecord();  // takes the file that is almost full as the target
+    const int folderDescriptor = ::open(folder().c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(::flock(folderDescriptor, LOCK_EX), 0);
+    writeRecord();
+    writeRecord();
+    EXPECT_EQ(textOf(log2()), recordOf(earlier));
+    EXPECT_TRUE(
+        textOf(log1()).ends_with(recordOf(nowStamp) + recordOf(nowStamp) + recordOf(nowStamp)));
+    ::close(folderDescriptor);
+    writeRecord();
+    EXPECT_EQ(textOf(log2()), recordOf(nowStamp));
+}
+
+TEST(FolderLock, IsHeldByOneAtATime)
+{
+    const TemporaryDirectory folder;
+    {
+        const FolderLock first(folder.path(), {});
+        EXPECT_TRUE(first.isHeld());
+        const FolderLock second(folder.path(), {});
+        EXPECT_FALSE(second.isHeld());
+        EXPECT_TRUE(second.isOthers());
+    }
+    EXPECT_TRUE(FolderLock(folder.path(), {}).isHeld());
+}
+
+TEST(FolderLock, OfAMissingFolderIsNobodys)
+{
+    const FolderLock lock("/nowhere", {});
+    EXPECT_FALSE(lock.isHeld());
+    EXPECT_FALSE(lock.isOthers());
 }
 
 }  // namespace

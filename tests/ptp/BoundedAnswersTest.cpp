@@ -85,7 +85,9 @@ TEST_F(BoundedAnswers, AThumbnailOfOneMebibyteIsTakenAndNoByteMore)
 {
     ByteBuffer bytes;
     for (const std::size_t size : {Thumbnail::largestFile, Thumbnail::largestFile + 1}) {
-        pipes().answerWrite(1, {data(0x100A, ByteBuffer(size, 7)), response(0x2001)});
+        const std::uint32_t transaction = quick.transactionID();
+        pipes().answerWrite(
+            1, {data(0x100A, ByteBuffer(size, 7), transaction), response(0x2001, transaction)});
         EXPECT_EQ(quick.getThumb(handle, size, &bytes), size == Thumbnail::largestFile);
         EXPECT_EQ(bytes.size(), Thumbnail::largestFile);
     }

@@ -27,7 +27,7 @@ void MockedDeviceFiles::add(const std::string& path, const std::string& pipePath
     if (::stat(pipePath.c_str(), &status) != 0)
         throw std::system_error(errno, std::generic_category(), pipePath);
     const std::lock_guard guard(mutex_);
-    files_[path] = File{{status.st_dev, status.st_ino}, std::move(usbfs), 0, {}, false};
+    files_[path] = File{{status.st_dev, status.st_ino}, std::move(usbfs), 0, {}};
 }
 
 void MockedDeviceFiles::remove(const std::string& path)
