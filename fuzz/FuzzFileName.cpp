@@ -6,6 +6,8 @@
 #include "content/CopyTargets.h"
 #include "content/DestinationFolder.h"
 #include "content/LocalFileName.h"
+#include "content/PortableFileName.h"
+#include "content/TextControls.h"
 #include "content/VisibleName.h"
 #include "ptp/FileHandle.h"
 #include "support/TemporaryDirectory.h"
@@ -42,8 +44,22 @@ void requireLocalName(const QString& name)
             "a local name is no path");
     require(bytes.size() <= 255, "a local name fits into a folder");
     require(QString::fromStdString(bytes) == name, "a local name is valid UTF-16");
-    for (const QChar unit : name)
+    for (const QChar unit : name) {
         require(unit.category() != QChar::Other_Control, "a local name has no control characters");
+        require(!changesDirection(unit.unicode()) && !separatesLines(unit.unicode()),
+                "a local name is shown as it is");
+    }
+}
+
+void requirePortableName(const QString& localName)
+{
+    static const QString refused = QStringLiteral(u"\\:*?\"<>|");
+    const QString name = portableFileName(localName);
+    requireLocalName(name);
+    for (const QChar unit : name)
+        require(!refused.contains(unit), "a portable name has what every folder takes");
+    require(!name.endsWith(u'.') && !name.endsWith(u' '), "a portable name ends as it is shown");
+    require(portableFileName(name) == name, "a portable name stays as it is");
 }
 
 void requireVisible(const QString& visible)
@@ -62,6 +78,8 @@ void examine(const QString& cameraName, qsizetype number, const QStringList& use
 {
     const QString localName = localFileName(cameraName);
     requireLocalName(localName);
+    requirePortableName(localName);
+    requirePortableName(numberedLocalFileName(localName, number));
     require(localFileName(localName) == localName, "a local name stays as it is");
     requireLocalName(numberedLocalFileName(localName, number));
     require(numberedLocalFileName(localName, number)

@@ -4,6 +4,7 @@
 #include "Require.h"
 #include "logging/FileContents.h"
 #include "logging/LogTimeStamp.h"
+#include "logging/RecordText.h"
 #include "logging/RollingLogger.h"
 #include "support/TemporaryDirectory.h"
 #include "support/TimeZone.h"
@@ -90,6 +91,20 @@ void writeRecord(RollingLogger& logger, const LogFile& target, const LogFile& ot
     }
 }
 
+/// Whatever a camera has put into the message, the record that is read back is the logger's.
+void writeForeignText(RollingLogger& logger, std::chrono::sys_seconds now,
+                      const std::string& message)
+{
+    logger.writeToFile("Class", "selector:", withoutRecordMarks(message));
+    const auto contents = contentsOfFile(logger.targetLogName().string());
+    if (!QUtf8StringView(*contents).isValidUtf8())
+        return;
+    const std::string stamp = formatLogTimeStamp(now);
+    require(logger.getLastLogTime(logger.targetLogName())
+                == parseLogTimeStamp(std::u16string(stamp.begin(), stamp.end())),
+            "foreign text forges no record");
+}
+
 }  // namespace
 
 void fuzzLog(ByteView input)
@@ -117,6 +132,7 @@ void fuzzLog(ByteView input)
         writeRecord(logger, second, first, now, textOf(message));
     else
         writeRecord(logger, first, second, now, textOf(message));
+    writeForeignText(logger, now, textOf(message));
 }
 
 }  // namespace nivor::fuzz

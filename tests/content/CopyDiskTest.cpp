@@ -1,5 +1,6 @@
 #include "content/CopyRunFixture.h"
 #include "content/FaultyFile.h"
+#include "support/ProcessResources.h"
 
 #include <cerrno>
 #include <chrono>
@@ -101,6 +102,13 @@ const DiskCase diskCases[] = {
 
 class CopyDisk : public CopyRunFixture {
 protected:
+    void TearDown() override
+    {
+        // Whatever has failed on the way. The engine keeps its receive thread.
+        EXPECT_TRUE((ProcessResources{held_.descriptors, held_.threads + 1}.areAllThatIsHeld()))
+            << held_ << " before, " << ProcessResources::now() << " after";
+    }
+
     CopyResult copyWith(std::map<std::string, DiskFault> faults)
     {
         return copyAll(createWithFaults(std::move(faults)));
@@ -118,6 +126,10 @@ protected:
     }
 
     std::string at(const char* name) const { return (folder() / name).string(); }
+
+private:
+    // The log's file is open from the engine's first record on.
+    const ProcessResources held_ = ProcessResources::now();
 };
 
 class CopyDiskFault : public CopyDisk, public ::testing::WithParamInterface<DiskCase> { };
