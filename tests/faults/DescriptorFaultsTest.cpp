@@ -124,7 +124,12 @@ std::vector<DescriptorRow> descriptorRows()
         withPackets(8, 8),
         withPackets(64, 64),
         withPackets(1024, 1024),
-        withPackets(0, 512),
+        // The kernel takes no request for such an endpoint.
+        {.name = "PacketsOf0Bytes",
+         .interfaces = {withEndpoints({{0x81, 2, 0}, {0x02, 2, 0}, interruptIn})},
+         .step = Step::OpenInterface,
+         .cause = UsbResult::IOError,
+         .log = {"Could not open interface (error: e00002ca)"}},
         withPackets(1, 512),
         withPackets(3, 512),
         withPackets(100, 512),

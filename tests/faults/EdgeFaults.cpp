@@ -1,4 +1,5 @@
 // Data that ends on the edges of packets and of reads, and one byte beside them.
+#include "datasets/Thumbnail.h"
 #include "faults/Outcomes.h"
 
 #include <fmt/format.h>
@@ -20,6 +21,15 @@ Fault containerOf(std::size_t size, std::map<Kind, Outcome> outcomes)
             .containerSize = std::move(sizes)};
 }
 
+// A thumbnail that would not be kept is not fetched to its end.
+Fault thumbnailOf(std::size_t size, const Outcome& outcome)
+{
+    Fault fault = containerOf(size, {});
+    fault.exceptions = {{"GetThumb", outcome}};
+    fault.containerSize = {{Kind::Collected, size}};
+    return fault;
+}
+
 }  // namespace
 
 std::vector<Fault> edgeFaults()
@@ -30,11 +40,16 @@ std::vector<Fault> edgeFaults()
             faults.push_back(containerOf(size, withData(yes())));
     }
     // The reads of 16 MiB begin behind the first one; both edges, the second for files only.
-    for (const std::size_t size : {largeRead - 1, largeRead, largeRead + 1})
+    for (const std::size_t size : {largeRead - 1, largeRead, largeRead + 1}) {
         faults.push_back(containerOf(size, objects(yes())));
+        faults.back().exceptions = {{"GetThumb", no(0)}};
+    }
     for (const std::size_t size :
          {firstRead + largeRead - 1, firstRead + largeRead, firstRead + largeRead + 1})
         faults.push_back(containerOf(size, {{Kind::File, yes()}}));
+    constexpr std::size_t largestThumbnail = 12 + Thumbnail::largestFile;
+    faults.push_back(thumbnailOf(largestThumbnail, yes()));
+    faults.push_back(thumbnailOf(largestThumbnail + 1, no(0)));
     return faults;
 }
 

@@ -82,7 +82,8 @@ std::vector<Fault> endlessFaults()
                           },
                       // Three of them make up for the missing bytes, the fourth is the response.
                       .outcomes = goingOn(objects(yes(prefix(20'000 - 30, 36))))});
-    // Complete as soon as the expected size is there; the last read of an object brings more.
+    // Complete as soon as the expected size is there; the last read of an object brings more, which
+    // a file does not take: the camera is asked to stop, and does.
     faults.push_back(
         {.name = "EndlessDataOfUnknownLength",
          .script =
@@ -92,14 +93,17 @@ std::vector<Fault> endlessFaults()
                  first.resize((first.size() + 511) / 512 * 512, 0x5A);
                  return Script{sentOpen(first), sentForEver(noise(), WireEnd::Open)};
              },
-         .outcomes = goingOn(
-             but(withData(timesOut(0)), {{Kind::File, timesOut(0, prefix(Content::all, 468))}}))});
-    // Each of them counts as data, as far as the read that begins it goes.
+         .outcomes = but(goingOn(withData(timesOut(0))),
+                         {{Kind::File, no(0, prefix(Content::all, 468))}})});
+    // Each of them counts as data, as far as the read that begins it goes. So the bounds of the
+    // two answers are reached long before the time-out, and those of the others after it.
     faults.push_back(
         {.name = "EndlessDataContainers",
          .script = [](const Answer& answer) { return Script{sentForEver(answer.data)}; },
          .outcomes =
-             goingOn(but(withData(timesOut(0)), {{Kind::File, timesOut(0, unknownContent)}}))});
+             goingOn(but(withData(timesOut(0)), {{Kind::File, timesOut(0, unknownContent)}})),
+         .exceptions = {{"GetObjectInfo", leavingSomething(no(0))},
+                        {"GetThumb", leavingSomething(no(0))}}});
     faults.push_back(endlessData("EndlessData", 0xFFFFFFFE));
     return faults;
 }

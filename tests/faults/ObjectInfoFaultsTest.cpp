@@ -18,6 +18,7 @@ using Strings = std::vector<std::string>;
 /// How the bytes of a description differ from a good one's.
 struct Misdeed {
     std::u16string name{u"A.JPG\0"sv};
+    std::u16string captured{u"20151231T235958\0"sv};
     std::u16string date{u"20160102T030405\0"sv};
     std::size_t cutAt = 0;                    ///< bytes of the dataset that are left; 0 = all
     std::optional<std::uint8_t> nameCount{};  ///< instead of the count of units
@@ -31,6 +32,8 @@ struct InfoRow {
     std::string shown = "A.JPG";               ///< on the screen
     std::string onDisk = "A.JPG";              ///< the copy's name
     std::string modified = "20160102T030405";  ///< empty = no date
+    std::optional<std::u16string> captured{};  ///< none = as sent
+    Strings log{};                             ///< records among those of the listing
 
     friend void PrintTo(const InfoRow& row, std::ostream* out) { *out << row.name; }
 };
@@ -44,7 +47,7 @@ ByteBuffer descriptionOf(const Misdeed& misdeed)
     info.thumbCompressedSize = 0;
     info.parentObject = 0;
     info.fileName = misdeed.name;
-    info.captureDate = {};
+    info.captureDate = misdeed.captured;
     info.modificationDate = misdeed.date;
     ByteBuffer container = info.bytes();
     if (misdeed.nameCount)
@@ -64,6 +67,10 @@ std::vector<InfoRow> infoRows()
     const auto withDate = [](const char* name, std::u16string date) {
         return InfoRow{.name = name, .misdeed = {.date = std::move(date)}, .modified = {}};
     };
+    // This one is kept as a text; nothing is made of it.
+    const auto withCaptureDate = [](const char* name, std::u16string date) {
+        return InfoRow{.name = name, .misdeed = {.captured = std::move(date)}};
+    };
     const auto cut = [](const char* name, std::size_t at) {
         return InfoRow{.name = name, .misdeed = {.cutAt = at}, .isListed = false};
     };
@@ -75,7 +82,9 @@ std::vector<InfoRow> infoRows()
         cut("EndsBeforeTheName", 52),
         cut("EndsInTheName", 60),
         cut("EndsBehindTheName", 65),
-        cut("EndsInTheDate", 80),
+        cut("EndsInTheCaptureDate", 80),
+        cut("EndsBehindTheCaptureDate", 98),
+        cut("EndsInTheDate", 110),
         {.name = "NameRunsPastTheEnd", .misdeed = {.nameCount = 255}, .isListed = false},
         {.name = "NameHasNoTerminator", .misdeed = {.name = u"A.JPG"}},
         {.name = "NameIsEmpty", .misdeed = {.name = u""}, .shown = "", .onDisk = "_"},
@@ -105,7 +114,8 @@ std::vector<InfoRow> infoRows()
          .misdeed = {.name = std::u16string{0xD800, 0x0000, 0x0000}, .fillUpTo = 2000},
          .shown = "",
          .onDisk = "_",
-         .modified = {}},
+         .modified = {},
+         .captured = u""},
         {.name = "NameClimbsOut",
          .misdeed = {.name = u"../../A.JPG\0"s},
          .shown = "../../A.JPG",
@@ -126,8 +136,15 @@ std::vector<InfoRow> infoRows()
         {.name = "NameTurnsRoundWhatIsRead",
          .misdeed = {.name = u"A\x202EGPJ.EXE\0"s},
          .shown = "A\\u202eGPJ.EXE",
-         .onDisk = "A\xE2\x80\xAEGPJ.EXE"},
-        {.name = "HasAMegabyteBehindIt", .misdeed = {.fillUpTo = 1 << 20}},
+         .onDisk = "A_GPJ.EXE"},
+        {.name = "HasManyBytesBehindIt", .misdeed = {.fillUpTo = 60'000}},
+        // Found out by the read that goes beyond 64 KiB.
+        {.name = "HasAMegabyteBehindIt",
+         .misdeed = {.fillUpTo = 1 << 20},
+         .isListed = false,
+         .log = {"ReceiveBuffer (error = the camera's answer is too long to be true, "
+                 "received = 66560)",
+                 "getObjectInfo (result = fail, objHdr = <01000000>, fileName = (null))"}},
 
         // Dates.
         withDate("DateHasMonth13", u"20161302T030405\0"s),
@@ -144,6 +161,20 @@ std::vector<InfoRow> infoRows()
         withDate("DateIsOfOtherDigits",
                  u"\x0662\x0660\x0661\x0666\x0660\x0661\x0660\x0662T"
                  u"\x0660\x0663\x0660\x0664\x0660\x0665\0"s),
+        withCaptureDate("CaptureDateHasMonth13", u"20161302T030405\0"s),
+        withCaptureDate("CaptureDateHasDay30OfFebruary", u"20160230T030405\0"s),
+        withCaptureDate("CaptureDateHasYear0", u"00000102T030405\0"s),
+        withCaptureDate("CaptureDateHasAZone", u"20160102T030405Z\0"s),
+        withCaptureDate("CaptureDateIsEmpty", u""),
+        withCaptureDate("CaptureDateIsATerminator", u"\0"s),
+        withCaptureDate("CaptureDateHasNoTerminator", u"20160102T030405"),
+        withCaptureDate("CaptureDateIsOfWordsOfOnes", std::u16string(16, char16_t{0xFFFF})),
+        withCaptureDate("CaptureDateIsOf255WordsOfOnes", std::u16string(255, char16_t{0xFFFF})),
+        // Half a pair counts as no text, and its first zero byte as an empty date.
+        {.name = "CaptureDateIsHalfAPairOfZeroes",
+         .misdeed = {.captured = {0xD800, 0x0000, 0x0000}, .fillUpTo = 2000},
+         .modified = {},
+         .captured = u""},
         {.name = "DateHasNoTerminator", .misdeed = {.date = u"20160102T030405"}},
     };
 }
@@ -164,12 +195,15 @@ TEST_P(ObjectInfoFaults, LeaveAnObjectThatCanBeShownAndCopiedOrNone)
     EXPECT_EQ(result.end, ContentLoader::End::Complete);
     ASSERT_EQ(result.listing.objects.size(), row().isListed ? 2U : 1U);
     EXPECT_EQ(result.failedObjects, row().isListed ? 0U : 1U);
+    EXPECT_TRUE(logTells(row().log));
     if (row().isListed) {
         const ObjectInfoData& object = *result.listing.objects.front();
         EXPECT_EQ(visibleName(NVX_stringByTrimmingNullCharacters(object.fileName())).toStdString(),
                   row().shown);
         EXPECT_EQ(object.modifiedDate().toString(u"yyyyMMdd'T'HHmmss").toStdString(),
                   row().modified);
+        EXPECT_EQ(object.dateCreated().toStdU16String(),
+                  row().captured.value_or(row().misdeed.captured));
     }
 
     const CopyResult copied = copy(result.listing);
