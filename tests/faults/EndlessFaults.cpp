@@ -84,17 +84,16 @@ std::vector<Fault> endlessFaults()
                       .outcomes = goingOn(objects(yes(prefix(20'000 - 30, 36))))});
     // Complete as soon as the expected size is there; the last read of an object brings more, which
     // a file does not take: the camera is asked to stop, and does.
-    faults.push_back(
-        {.name = "EndlessDataOfUnknownLength",
-         .script =
-             [](const Answer& answer) {
-                 ByteBuffer first = answer.data;
-                 std::fill_n(first.begin(), 4, std::uint8_t{0xFF});
-                 first.resize((first.size() + 511) / 512 * 512, 0x5A);
-                 return Script{sentOpen(first), sentForEver(noise(), WireEnd::Open)};
-             },
-         .outcomes = but(goingOn(withData(timesOut(0))),
-                         {{Kind::File, no(0, prefix(Content::all, 468))}})});
+    faults.push_back({.name = "EndlessDataOfUnknownLength",
+                      .script =
+                          [](const Answer& answer) {
+                              ByteBuffer first = answer.data;
+                              std::fill_n(first.begin(), 4, std::uint8_t{0xFF});
+                              first.resize((first.size() + 511) / 512 * 512, 0x5A);
+                              return Script{sentOpen(first), sentForEver(noise(), WireEnd::Open)};
+                          },
+                      .outcomes = but(goingOn(withData(timesOut(0))),
+                                      {{Kind::File, no(0, prefix(Content::all, 468))}})});
     // Each of them counts as data, as far as the read that begins it goes. So the bounds of the
     // two answers are reached long before the time-out, and those of the others after it.
     faults.push_back(

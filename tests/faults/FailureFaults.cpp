@@ -39,6 +39,24 @@ std::map<Kind, Outcome> leavingAll(std::map<Kind, Outcome> outcomes)
     return outcomes;
 }
 
+// The command has arrived when the camera leaves.
+void addLeaving(std::vector<Fault>& faults)
+{
+    const std::size_t first = faults.size();
+    addFailures(faults, "Leaving", leaving());
+    for (std::size_t i = first; i < faults.size(); ++i) {
+        Fault& fault = faults[i];
+        fault.leaves = true;
+        fault.outcomes = leavingAll(fault.outcomes);
+        const auto file = fault.outcomes.find(Kind::File);
+        if (file == fault.outcomes.end() || file->second.content.own == 0)
+            continue;
+        fault.overLibusb = {{Kind::File, file->second}};
+        fault.overLibusb.at(Kind::File).content = atMost(file->second.content.own);
+        fault.whyOverLibusb = "what the kernel has not handed over when the camera leaves is lost";
+    }
+}
+
 void addSilence(std::vector<Fault>& faults)
 {
     faults.push_back({.name = "Silence",
@@ -147,6 +165,7 @@ std::vector<Fault> failureFaults()
         if (fault.name.starts_with("StallForEver"))
             fault.outcomes = leavingAll(fault.outcomes);
     }
+    addLeaving(faults);
     addSilence(faults);
     addTrickle(faults);
     return faults;

@@ -35,7 +35,8 @@ struct Content {
 
     std::size_t own = all;
     std::size_t foreign = 0;
-    bool isKnown = true;  ///< false: anything may stand there, for the operation has failed
+    bool mayBeLess = false;  ///< of its own, from the beginning all the same
+    bool isKnown = true;     ///< false: anything may stand there, for the operation has failed
 };
 
 struct Outcome {
@@ -76,6 +77,7 @@ struct Fault {
     /// for a machine under load to keep up.
     unsigned pace = 5;
     bool refusesCommand = false;  ///< it does not reach the camera
+    bool leaves = false;          ///< the camera is gone afterwards
 
     /// The outcome of this operation on this wire, if there is such a cell.
     [[nodiscard]] std::optional<Outcome> outcome(const Operation& operation, WireKind wire) const;

@@ -43,6 +43,11 @@ public:
     }
     void fail(UsbResult failure) override { camera_.failIn(errnoOf(failure)); }
     void stallForEver() override { camera_.usbfs().failInForEver(EPIPE); }
+    void leave() override { camera_.usbfs().leave(); }
+    void ignoreControl(std::uint8_t request, std::size_t times) override
+    {
+        camera_.usbfs().ignoreControl(request, times);
+    }
     void forget() override { camera_.usbfs().forgetIn(); }
 
     // Nothing else is submitted while the camera has nothing to send.

@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <map>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 namespace nivor::test {
@@ -16,6 +18,7 @@ struct Manners {
     std::mutex mutex;
     Wire::Command command;
     Wire::Control control;
+    std::map<std::uint8_t, std::size_t> ignored;
     std::atomic<bool> refusesWrite{false};
 };
 
@@ -49,6 +52,13 @@ public:
 
     UsbResult controlRequest(ControlRequest& request) override
     {
+        if (gone)
+            return UsbResult::NoDevice;
+        if (isIgnored(request.bRequest)) {
+            std::this_thread::sleep_for(
+                std::min(request.timeouts.noData, request.timeouts.completion));
+            return UsbResult::TransactionTimeout;
+        }
         const auto control = copyOf(manners_->control);
         const std::optional<ByteBuffer> reply = control ? control(request.bRequest) : std::nullopt;
         if (!reply)
@@ -83,6 +93,16 @@ public:
     std::weak_ptr<PluggedCamera> self;
 
 private:
+    bool isIgnored(std::uint8_t request)
+    {
+        const std::lock_guard guard(manners_->mutex);
+        const auto left = manners_->ignored.find(request);
+        if (left == manners_->ignored.end() || left->second == 0)
+            return false;
+        --left->second;
+        return true;
+    }
+
     template <typename Function> Function copyOf(const Function& function)
     {
         const std::lock_guard guard(manners_->mutex);
@@ -134,6 +154,18 @@ public:
     }
     void fail(UsbResult failure) override { pipe().fail(failure, false); }
     void stallForEver() override { pipe().fail(UsbResult::PipeStalled, true); }
+    void leave() override
+    {
+        host_->camera->gone = true;
+        pipe().fail(UsbResult::NoDevice, true);
+    }
+
+    void ignoreControl(std::uint8_t request, std::size_t times) override
+    {
+        const std::lock_guard guard(manners_->mutex);
+        manners_->ignored[request] = times;
+    }
+
     void forget() override { pipe().forget(); }
     void refuseNextWrite() override { manners_->refusesWrite = true; }
 

@@ -18,6 +18,12 @@ inline Content prefix(std::size_t own, std::size_t foreign = 0)
     return {.own = own, .foreign = foreign};
 }
 
+/// What the kernel had and had not handed over when the camera left is lost.
+inline Content atMost(std::size_t own)
+{
+    return {.own = own, .mayBeLess = true};
+}
+
 inline Outcome yes(Content content = whole, std::uint16_t responseCode = 0x2001)
 {
     return {.responseCode = responseCode, .content = content};

@@ -10,7 +10,7 @@
 namespace nivor::test {
 
 struct Step {
-    enum class What : std::uint8_t { Send, SendForEver, Fail, StallForEver };
+    enum class What : std::uint8_t { Send, SendForEver, Fail, StallForEver, Leave };
 
     What what = What::Send;
     ByteBuffer bytes{};
@@ -53,6 +53,11 @@ inline Step failure(UsbResult result)
 inline Step stallForEver()
 {
     return {.what = Step::What::StallForEver};
+}
+
+inline Step leaving()
+{
+    return {.what = Step::What::Leave};
 }
 
 inline Step later(std::chrono::milliseconds after, Step step)

@@ -101,6 +101,8 @@ void ScriptPlayer::perform(const Step& step)
         return wire_.fail(step.failure);
     case Step::What::StallForEver:
         return wire_.stallForEver();
+    case Step::What::Leave:
+        return wire_.leave();
     }
 }
 

@@ -45,6 +45,12 @@ public:
     /// From then on it stalls, however often that is cleared.
     virtual void stallForEver() = 0;
 
+    /// The camera leaves the bus behind what has been sent.
+    virtual void leave() = 0;
+
+    /// The next `times` class requests of that code get no answer, not even a stall.
+    virtual void ignoreControl(std::uint8_t request, std::size_t times) = 0;
+
     /// Forgets what has been sent and not taken, and what was to be sent for ever.
     virtual void forget() = 0;
 

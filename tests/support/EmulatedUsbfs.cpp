@@ -109,6 +109,12 @@ void EmulatedUsbfs::setMemoryLimit(std::size_t bytes)
     memoryLimit_ = bytes;
 }
 
+void EmulatedUsbfs::ignoreControl(std::uint8_t request, std::size_t times)
+{
+    const std::lock_guard guard(mutex_);
+    ignored_[request] = times;
+}
+
 void EmulatedUsbfs::setTakesBulkOut(bool takes)
 {
     const std::lock_guard guard(mutex_);

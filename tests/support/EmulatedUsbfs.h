@@ -69,6 +69,9 @@ public:
     /// Bytes that may be in flight together; more is refused with ENOMEM.
     void setMemoryLimit(std::size_t bytes);
 
+    /// The next `times` class requests of that code get no answer, not even a stall.
+    void ignoreControl(std::uint8_t request, std::size_t times);
+
     /// While it holds, bytes written by the computer are not taken.
     void setTakesBulkOut(bool takes);
 
@@ -93,6 +96,7 @@ private:
     int reap(usbdevfs_urb** urb);
     int takeOut(usbdevfs_urb& urb);
     int takeControl(usbdevfs_urb& urb);
+    bool isIgnored(const usbdevfs_urb& urb);
     std::optional<ByteBuffer> standardReply(const MockedSetup& setup) const;
     int other(unsigned long request, void* argument);
     void completed(usbdevfs_urb* urb, int status);
@@ -110,7 +114,8 @@ private:
     std::map<unsigned long, std::deque<int>> failures_;
     std::optional<unsigned long> leavesAt_;
     std::deque<Done> done_;
-    std::deque<usbdevfs_urb*> stuck_;  // bulk-out requests the device does not take
+    std::map<std::uint8_t, std::size_t> ignored_;
+    std::deque<usbdevfs_urb*> stuck_;  // bulk-out and control requests the device does not take
     std::shared_ptr<BulkOut> bulkOut_;
     std::shared_ptr<Control> control_;
     std::unique_ptr<MockedWire> wire_;

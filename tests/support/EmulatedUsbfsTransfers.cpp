@@ -37,7 +37,9 @@ int EmulatedUsbfs::submit(usbdevfs_urb& urb)
             wire_->submit(&urb);
             return 0;
         }
-        if (urb.type != USBDEVFS_URB_TYPE_CONTROL && !takesBulkOut_) {
+        const bool isTaken =
+            urb.type == USBDEVFS_URB_TYPE_CONTROL ? !isIgnored(urb) : takesBulkOut_;
+        if (!isTaken) {
             stuck_.push_back(&urb);
             return 0;
         }
@@ -47,6 +49,19 @@ int EmulatedUsbfs::submit(usbdevfs_urb& urb)
     const std::lock_guard guard(mutex_);
     completed(&urb, status);
     return 0;
+}
+
+/// Called under the lock.
+bool EmulatedUsbfs::isIgnored(const usbdevfs_urb& urb)
+{
+    constexpr std::uint8_t typeBits = 0x60;
+    constexpr std::uint8_t classType = 0x20;
+    const auto* const setup = static_cast<const std::uint8_t*>(urb.buffer);
+    const auto left = ignored_.find(setup[1]);
+    if ((setup[0] & typeBits) != classType || left == ignored_.end() || left->second == 0)
+        return false;
+    --left->second;
+    return true;
 }
 
 int EmulatedUsbfs::takeOut(usbdevfs_urb& urb)
