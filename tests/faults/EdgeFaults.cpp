@@ -21,13 +21,31 @@ Fault containerOf(std::size_t size, std::map<Kind, Outcome> outcomes)
             .containerSize = std::move(sizes)};
 }
 
-// A thumbnail that would not be kept is not fetched to its end.
-Fault thumbnailOf(std::size_t size, const Outcome& outcome)
+// Only those of these operations that are named.
+Fault answerOf(std::size_t size, Kind kind, std::map<std::string, Outcome> outcomes)
 {
     Fault fault = containerOf(size, {});
-    fault.exceptions = {{"GetThumb", outcome}};
-    fault.containerSize = {{Kind::Collected, size}};
+    fault.exceptions = std::move(outcomes);
+    fault.containerSize = {{kind, size}};
     return fault;
+}
+
+// The last byte that an answer may have, and one more.
+void addBounds(std::vector<Fault>& faults)
+{
+    constexpr std::size_t smallDataset = 64 * 1024;
+    constexpr std::size_t handleList = 4 * 1024 * 1024;
+    constexpr std::size_t thumbnail = 12 + Thumbnail::largestFile;
+    const auto everySmall = [](const Outcome& outcome) {
+        return std::map<std::string, Outcome>{{"GetStorageIDs", outcome},
+                                              {"GetObjectPropValue", outcome},
+                                              {"GetObjectInfo", outcome}};
+    };
+    faults.push_back(answerOf(smallDataset, Kind::Dataset, everySmall(yes())));
+    faults.push_back(answerOf(smallDataset + 1, Kind::Dataset, everySmall(no(0))));
+    faults.push_back(answerOf(handleList + 1, Kind::Dataset, {{"GetObjectHandles", no(0)}}));
+    faults.push_back(answerOf(thumbnail, Kind::Collected, {{"GetThumb", yes()}}));
+    faults.push_back(answerOf(thumbnail + 1, Kind::Collected, {{"GetThumb", no(0)}}));
 }
 
 }  // namespace
@@ -47,9 +65,7 @@ std::vector<Fault> edgeFaults()
     for (const std::size_t size :
          {firstRead + largeRead - 1, firstRead + largeRead, firstRead + largeRead + 1})
         faults.push_back(containerOf(size, {{Kind::File, yes()}}));
-    constexpr std::size_t largestThumbnail = 12 + Thumbnail::largestFile;
-    faults.push_back(thumbnailOf(largestThumbnail, yes()));
-    faults.push_back(thumbnailOf(largestThumbnail + 1, no(0)));
+    addBounds(faults);
     return faults;
 }
 
