@@ -138,13 +138,6 @@ std::vector<InfoRow> infoRows()
          .shown = "A\\u202eGPJ.EXE",
          .onDisk = "A_GPJ.EXE"},
         {.name = "HasManyBytesBehindIt", .misdeed = {.fillUpTo = 60'000}},
-        // Found out by the read that goes beyond 64 KiB.
-        {.name = "HasAMegabyteBehindIt",
-         .misdeed = {.fillUpTo = 1 << 20},
-         .isListed = false,
-         .log = {"ReceiveBuffer (error = the camera's answer is too long to be true, "
-                 "received = 66560)",
-                 "getObjectInfo (result = fail, objHdr = <01000000>, fileName = (null))"}},
 
         // Dates.
         withDate("DateHasMonth13", u"20161302T030405\0"s),
@@ -179,6 +172,21 @@ std::vector<InfoRow> infoRows()
     };
 }
 
+// In memory only: below libusb the simulated camera has handed on more than a real one's pipe holds
+// when it is asked to stop, and that would stand before the next answer.
+std::vector<InfoRow> endlessInfoRows()
+{
+    return {
+        // Found out by the read that goes beyond 64 KiB.
+        {.name = "HasAMegabyteBehindIt",
+         .misdeed = {.fillUpTo = 1 << 20},
+         .isListed = false,
+         .log = {"ReceiveBuffer (error = the camera's answer is too long to be true, "
+                 "received = 66560)",
+                 "getObjectInfo (result = fail, objHdr = <01000000>, fileName = (null))"}},
+    };
+}
+
 class ObjectInfoFaults : public FaultCells<InfoRow> { };
 
 TEST_P(ObjectInfoFaults, LeaveAnObjectThatCanBeShownAndCopiedOrNone)
@@ -192,7 +200,7 @@ TEST_P(ObjectInfoFaults, LeaveAnObjectThatCanBeShownAndCopiedOrNone)
     const auto result = load();
 
     // Whatever the first one is, the other one is there.
-    EXPECT_EQ(result.end, ContentLoader::End::Complete);
+    EXPECT_EQ(result.end, ContentLoader::End::Complete) << result.failure;
     ASSERT_EQ(result.listing.objects.size(), row().isListed ? 2U : 1U);
     EXPECT_EQ(result.failedObjects, row().isListed ? 0U : 1U);
     EXPECT_TRUE(logTells(row().log));
@@ -218,6 +226,10 @@ TEST_P(ObjectInfoFaults, LeaveAnObjectThatCanBeShownAndCopiedOrNone)
 
 INSTANTIATE_TEST_SUITE_P(Cells, ObjectInfoFaults,
                          ::testing::Combine(bothSeams(), ::testing::ValuesIn(infoRows())),
+                         nameOfCell<InfoRow>);
+INSTANTIATE_TEST_SUITE_P(Endless, ObjectInfoFaults,
+                         ::testing::Combine(::testing::Values(Seam::Memory),
+                                            ::testing::ValuesIn(endlessInfoRows())),
                          nameOfCell<InfoRow>);
 
 /// Two hundred files of the same name, and of names that come to the same on the disk.
