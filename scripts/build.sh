@@ -24,10 +24,12 @@ build_preset() {
     }
 }
 
-# Whether the preset is configured, and for this folder: the project may have been moved or copied.
+# Whether the preset is configured as it stands, and for this folder: the project may have been moved
+# or copied.
 is_configured_here() {
     local folder
     [ -f "build/$1/build.ninja" ] || return 1
+    [ ! CMakePresets.json -nt "build/$1/CMakeCache.txt" ] || return 1
     folder=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "build/$1/CMakeCache.txt" 2>/dev/null)
     [ "$folder" -ef . ]
 }
