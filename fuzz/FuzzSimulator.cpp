@@ -35,8 +35,9 @@ bool isCommand(ByteView bytes)
     ByteReader reader(bytes);
     const std::uint32_t length = reader.u32();
     const std::uint16_t type = reader.u16();
-    return bytes.size() >= containerHeaderSize && bytes.size() <= containerHeaderSize + 5 * 4
-        && bytes.size() % 4 == 0 && length == bytes.size() && type == 1;
+    return bytes.size() >= containerHeaderSize
+        && bytes.size() <= containerHeaderSize + std::size_t{5} * 4 && bytes.size() % 4 == 0
+        && length == bytes.size() && type == 1;
 }
 
 void parseCommand(ByteView bytes)

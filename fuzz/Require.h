@@ -12,7 +12,7 @@ inline void require(bool holds, const char* promise)
 {
     if (holds)
         return;
-    std::fprintf(stderr, "Broken promise: %s\n", promise);
+    static_cast<void>(std::fprintf(stderr, "Broken promise: %s\n", promise));
     std::abort();
 }
 

@@ -32,14 +32,14 @@ SignalWatch::SignalWatch(std::function<void()> asked)
         static_cast<void>(!::read(sockets[1], &byte, sizeof byte));
         asked_();
     });
-    std::signal(SIGINT, &wakeEventLoop);
-    std::signal(SIGTERM, &wakeEventLoop);
+    static_cast<void>(std::signal(SIGINT, &wakeEventLoop));
+    static_cast<void>(std::signal(SIGTERM, &wakeEventLoop));
 }
 
 SignalWatch::~SignalWatch()
 {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    static_cast<void>(std::signal(SIGINT, SIG_DFL));
+    static_cast<void>(std::signal(SIGTERM, SIG_DFL));
     notifier_.reset();
     for (int& socket : sockets) {
         if (socket >= 0)

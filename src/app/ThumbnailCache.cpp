@@ -122,7 +122,7 @@ void ThumbnailCache::takeDecoded()
         if (!asked_.remove(key))
             continue;
         if (result.image.isNull())
-            damaged_.insert(key, std::move(result.thumbnail));
+            damaged_.insert(key, result.thumbnail);
         else
             kept_.insert(key,
                          new Decoded{std::move(result.thumbnail),

@@ -153,8 +153,8 @@ int main(int argc, char* argv[])
 {
     using namespace nivor;
     // Failures of a write, not the end of the program.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
 
     const AppOptions defaults{.vendorID = parseVendorID(NIVOR_USB_VENDOR_ID).value_or(anyVendorID),
                               .logDirectory = RollingLogger::defaultDirectory()};

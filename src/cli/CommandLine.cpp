@@ -20,7 +20,7 @@ std::string versionText(const CliEnvironment& environment)
 {
     std::string text = "NIVOR File Transfer " + environment.version;
     for (const auto& [name, version] : environment.libraryVersions)
-        text += '\n' + name + ' ' + version;
+        text.append(1, '\n').append(name).append(1, ' ').append(version);
     return text;
 }
 

@@ -12,9 +12,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <exception>
 #include <ostream>
+#include <system_error>
 
 namespace nivor {
 namespace {
@@ -82,7 +82,7 @@ std::string logProblem(const RollingLogger& logger)
         return "there is no folder for it";
     for (const std::filesystem::path& path : {logger.saveDirectory(), logger.targetLogName()}) {
         if (!path.empty() && ::access(path.c_str(), W_OK) != 0)
-            return "can't be written: " + std::string(std::strerror(errno));
+            return "can't be written: " + std::generic_category().message(errno);
     }
     return {};
 }

@@ -87,9 +87,9 @@ int main(int argc, char* argv[])
     occupyClosedStreams();
     qInstallMessageHandler(&logMessageOfQt);
     // A reader of the output that goes away is an error of the output, not the end of a transfer.
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     // Nor is a file larger than the user's limit.
-    std::signal(SIGXFSZ, SIG_IGN);
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     InterruptFlag::install();
     // Otherwise a complaint would flush the output, and its failure would pass unnoticed.
     std::cerr.tie(nullptr);

@@ -30,7 +30,7 @@ constexpr std::uint64_t sizeBeyondField = 0xFFFFFFFF;
 }  // namespace
 
 ContentLoader::ContentLoader(PTPCommunication& engine, Options options, Observer observer,
-                             StopPredicate stop, ListingBudget budget)
+                             StopPredicate stop, const ListingBudget& budget)
     : engine_(engine)
     , options_(options)
     , observer_(std::move(observer))

@@ -67,7 +67,7 @@ public:
     /// `observer` is called after each object; `stop` is asked then and before each folder.
     /// `budget`: an unused one, for each `load`.
     ContentLoader(PTPCommunication& engine, Options options, Observer observer = {},
-                  StopPredicate stop = {}, ListingBudget budget = {});
+                  StopPredicate stop = {}, const ListingBudget& budget = {});
 
     /// Lists the camera that the engine is connected to.
     Result load();

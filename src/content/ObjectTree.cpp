@@ -63,7 +63,7 @@ private:
     {
         std::vector<Pending> pending{{top, 0, 0}};
         while (!pending.empty()) {
-            const Pending next = std::move(pending.back());
+            const Pending next = pending.back();
             pending.pop_back();
             if (isPlaced_[next.index])
                 continue;

@@ -35,8 +35,8 @@ constexpr std::size_t arrayElementSize = 4;
 // What a camera may answer, far beyond what any sends: an ObjectInfo is 2 KiB at most, a handle
 // list of 4 MiB names a million objects, a larger thumbnail would not be kept.
 constexpr std::chrono::milliseconds longestAnswer = std::chrono::seconds(60);
-constexpr DatasetBounds smallDataset{.bytes = 64 * 1024, .time = longestAnswer};
-constexpr DatasetBounds handleList{.bytes = 4 * 1024 * 1024, .time = longestAnswer};
+constexpr DatasetBounds smallDataset{.bytes = std::uint64_t{64} * 1024, .time = longestAnswer};
+constexpr DatasetBounds handleList{.bytes = std::uint64_t{4} * 1024 * 1024, .time = longestAnswer};
 constexpr DatasetBounds thumbnail{.bytes = Thumbnail::largestFile + containerHeaderSize,
                                   .time = longestAnswer};
 
