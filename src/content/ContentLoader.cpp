@@ -116,11 +116,13 @@ bool ContentLoader::readObject(const HandleBlock& handle, const QString& folder)
     std::shared_ptr<ObjectInfoData> object;
     // What describes another object would be shown, copied and deleted under this one's handle.
     const auto ask = [&] { return engine_.getObjectInfo(handle, &object); };
-    // Asked once more, it may have an answer of its own, for the camera drops what it still owes.
-    if (!hasOwnAnswer(engine_, ask) && !(engine_.isAnswerEarlier() && hasOwnAnswer(engine_, ask)))
-        return false;
-    if (!object)
-        return false;
+    {
+        const std::lock_guard guard(engine_.lock());
+        // Asked once more, it may have an answer of its own: the camera drops what it still owes.
+        if (!hasOwnAnswer(engine_, ask)
+            && !(engine_.isAnswerEarlier() && hasOwnAnswer(engine_, ask)))
+            return false;
+    }
     if (!object->isAssociation())
         completeFile(*object, handle);
     object->setMyHandle(handle.key());

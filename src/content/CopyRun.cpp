@@ -192,13 +192,16 @@ void CopyRun::transfer(Transfer& transfer)
     const auto isUnderWay = [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); };
     // No transaction runs around the transfer, so a stop has nothing to cancel; it is seen before
     // the next file.
-    worker_.run([this, &transfer] { requireRoom(transfer); }, isUnderWay);
-    if (!result.failure.empty())
-        logRefusal(result.failure);
-    else if (observer_.isStopRequested()) {
-        result_.isStopped = true;
-        result.failure = "stopped";
-    } else {
+    if (isRoomDoubtful(result.object->objectCompressedSize())) {
+        worker_.run([&transfer] { requireRoom(transfer); }, isUnderWay);
+        if (!result.failure.empty()) {
+            logRefusal(result.failure);
+        } else if (observer_.isStopRequested()) {
+            result_.isStopped = true;
+            result.failure = "stopped";
+        }
+    }
+    if (result.failure.empty()) {
         worker_.run([this, &transfer] { receive(transfer); },
                     [this, &isUnderWay] {
                         stopIfRequested(engine_, observer_, result_);
@@ -209,15 +212,18 @@ void CopyRun::transfer(Transfer& transfer)
     isRoomShort_ = isOfTheWholeDisk(transfer.file->failure());
 }
 
-/// On the worker: finds out before the transfer that there is no room for the file, where that is
-/// likely. On some disks it takes long, so not for every file.
-void CopyRun::requireRoom(Transfer& transfer) const
+/// Whether it is likely enough that there is no room for a file of that size. On some disks it
+/// takes long to find out, so not for every file.
+bool CopyRun::isRoomDoubtful(std::uint64_t size) const
 {
-    const std::uint64_t size = transfer.result.object->objectCompressedSize();
-    if (!isRoomShort_ && size <= largestFatFile)
-        return;
+    return isRoomShort_ || size > largestFatFile;
+}
+
+/// On the worker: finds out before the transfer that there is no room for the file.
+void CopyRun::requireRoom(Transfer& transfer)
+{
     try {
-        transfer.file->requireRoom(size);
+        transfer.file->requireRoom(transfer.result.object->objectCompressedSize());
     } catch (const FileError& error) {
         transfer.result.failure = error.what();
     }

@@ -43,7 +43,8 @@ private:
     [[nodiscard]] std::string refusalOf(std::uint64_t size) const;
     void logRefusal(const std::string& refusal);
     void transfer(Transfer& transfer);
-    void requireRoom(Transfer& transfer) const;
+    [[nodiscard]] bool isRoomDoubtful(std::uint64_t size) const;
+    static void requireRoom(Transfer& transfer);
     void receive(Transfer& transfer);
     void secure(Transfer& transfer);
     void writeLog(std::string_view message);

@@ -113,7 +113,7 @@ void RollingLogger::writeToFile(std::string_view className, std::string_view pro
         // One that hangs is waited for once.
         patience_ = lock.isOthers() ? 0ms : longestPatience;
         // While another one is choosing, better a file that is too long than one emptied twice.
-        if (!lock.isOthers() || !target_.isOpen()) {
+        if (!lock.isOthers() || !target_.sizeInPlace()) {
             chooseTarget(target_.sizeInPlace().value_or(0) >= fullSize);
             const auto name = targetLogName_.get();
             target_ = AppendingFile(name ? *name : std::string());

@@ -25,7 +25,7 @@ namespace nivor {
 /// has been set every record is lost.
 ///
 /// Several processes may log into one folder: each record is one append, and they take turns to
-/// choose a file, and none empties what another goes on with.
+/// choose a file, and none empties what another goes on with, unless both files are full.
 class RollingLogger {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;

@@ -135,6 +135,28 @@ TEST_F(ContentLoaderTest, ASizeThatCannotBeToldIsZero)
     EXPECT_EQ(result.end, End::Complete);
 }
 
+TEST_F(ContentLoaderTest, ThumbnailsAreGivenUpAfterFiveFailuresInARow)
+{
+    for (int i = 0; i < 8; ++i)
+        card->setThumbnail(card->addFile(u"A.JPG", 10), {1, 2, 3});
+    connectWith(FaultPlan().on(Operation::GetThumb, answerWith({})));
+    const auto result = load();
+    EXPECT_TRUE(result.isComplete());
+    EXPECT_EQ(result.listing.objects.size(), 8U);
+    EXPECT_EQ(requests(Operation::GetThumb), 5U);
+}
+
+TEST_F(ContentLoaderTest, ThumbnailsThatFailNowAndThenDoNotAddUp)
+{
+    for (int i = 0; i < 12; ++i)
+        card->setThumbnail(card->addFile(u"A.JPG", 10), {1, 2, 3});
+    connectWith(FaultPlan()
+                    .on(Operation::GetThumb, answerWith({}), Occurrences::firstTimes(4))
+                    .on(Operation::GetThumb, answerWith({}), {6, 9}));
+    load();
+    EXPECT_EQ(requests(Operation::GetThumb), 12U);
+}
+
 TEST_F(ContentLoaderTest, ThumbnailsAreFetchedOnlyWhereTheyAreAndWanted)
 {
     const std::uint32_t picture = card->addFile(u"A.JPG", 10);
