@@ -198,7 +198,7 @@ private:
     void resetTransaction(ReceiveSlot* receiveBuffer, std::uint64_t receiveBufferSize,
                           bool isReceiveData);
     StopReason waitForReception(OperationQueue& queue, std::uint32_t timeout);
-    bool waitOneStep();
+    bool waitOneStepUntil(std::chrono::steady_clock::time_point stepEnd);
     void wakeWaitingThread();
     [[nodiscard]] std::chrono::milliseconds paced(std::chrono::milliseconds duration) const;
     [[nodiscard]] UsbTimeouts paced(const UsbTimeouts& timeouts) const;

@@ -132,6 +132,7 @@ void PTPCommunication::resetTransaction(ReceiveSlot* receiveBuffer, std::uint64_
 PTPCommunication::StopReason PTPCommunication::waitForReception(OperationQueue& queue,
                                                                 std::uint32_t timeout)
 {
+    auto stepEnd = std::chrono::steady_clock::now();
     while (!isReceivedFinish()) {
         if (timeoutTimer() >= timeout) {
             setIsReceivedError(true);
@@ -144,7 +145,11 @@ PTPCommunication::StopReason PTPCommunication::waitForReception(OperationQueue& 
             return StopReason::Stopped;
         }
         // A slow disk is no silence of the camera's: it can't send while nobody reads.
-        if (waitOneStep() && !isDelivering())
+        // A step that woke late shortens the next one, so that the sum stays true; after a pause of
+        // the whole machine nothing is made up for.
+        const auto step = paced(waitingStep);
+        stepEnd = std::max(stepEnd + step, std::chrono::steady_clock::now());
+        if (waitOneStepUntil(stepEnd) && !isDelivering())
             addToTimeoutTimer(
                 static_cast<std::uint32_t>(waitingStep / std::chrono::milliseconds(1)));
     }
@@ -152,13 +157,13 @@ PTPCommunication::StopReason PTPCommunication::waitForReception(OperationQueue& 
 }
 
 // True when the whole step has passed; false when the loop has ended or a stop came.
-bool PTPCommunication::waitOneStep()
+bool PTPCommunication::waitOneStepUntil(std::chrono::steady_clock::time_point stepEnd)
 {
     const auto isOver = [this] { return isReceivedFinish() || isStopCopyFlg(); };
     if (spinUntil(isOver))
         return false;
     std::unique_lock guard(wakeMutex_);
-    return !wake_.wait_for(guard, paced(waitingStep), isOver);
+    return !wake_.wait_until(guard, stepEnd, isOver);
 }
 
 void PTPCommunication::wakeWaitingThread()

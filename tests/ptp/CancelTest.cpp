@@ -51,7 +51,7 @@ TEST_F(Cancel, StopsTheTransactionWhenTheCameraConfirmsAtOnce)
     const auto begin = Clock::now();
     EXPECT_FALSE(engine.cancelTransaction());
     EXPECT_FALSE(running.get());
-    EXPECT_LT(Clock::now() - begin, 1s);
+    EXPECT_LT(Clock::now() - begin, 10s);  // of the 60 that it would wait
     EXPECT_TRUE(engine.isStopCopyFlg());
     EXPECT_EQ(statusRequests(), 1U);
     EXPECT_THAT(log.messagesOf(event), ElementsAre("cancelTransaction (result = success)"));
