@@ -66,10 +66,12 @@ public:
         return session_->isStopped();
     }
 
-    void fileDidFinish(const CopiedFile& file, const CopyProgress& /*progress*/) override
+    void fileWasReceived() override { app_.receivedComplete_ = true; }
+
+    void fileDidFinish(const CopiedFile& file, std::uint64_t /*number*/,
+                       const CopyProgress& /*progress*/) override
     {
         app_.isError_ = !file.isCopied;
-        app_.receivedComplete_ = true;
     }
 
     void copyDidEnd() override { session_.reset(); }

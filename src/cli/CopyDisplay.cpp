@@ -18,11 +18,9 @@
 namespace nivor {
 namespace {
 
-QString countOf(const CopyProgress& progress)
+QString countOf(std::uint64_t number, const CopyProgress& progress)
 {
-    return QStringLiteral("%1 / %2")
-        .arg(progress.numberOfCopiedItems())
-        .arg(progress.numberOfTotalItems());
+    return QStringLiteral("%1 / %2").arg(number).arg(progress.numberOfTotalItems());
 }
 
 /// The container headers are counted as well, so the plain number would overshoot.
@@ -77,7 +75,8 @@ void CopyDisplay::copyWasStopped(bool isConfirmed)
     }
 }
 
-void CopyDisplay::fileDidFinish(const CopiedFile& file, const CopyProgress& progress)
+void CopyDisplay::fileDidFinish(const CopiedFile& file, std::uint64_t number,
+                                const CopyProgress& progress)
 {
     if (!file.isCopied) {
         line_.clear();
@@ -94,7 +93,7 @@ void CopyDisplay::fileDidFinish(const CopiedFile& file, const CopyProgress& prog
         return;
     const QString localName = QString::fromStdString(file.path.filename().string());
     const bool isRenamed = localName != NVX_stringByTrimmingNullCharacters(file.object->fileName());
-    environment_.err << fmt::format("{}  {}{}  {}\n", countOf(progress).toStdString(),
+    environment_.err << fmt::format("{}  {}{}  {}\n", countOf(number, progress).toStdString(),
                                     shownName(*file.object).toStdString(),
                                     isRenamed ? " as " + visibleName(localName).toStdString() : "",
                                     byteCountText(file.object->objectCompressedSize()));
@@ -103,7 +102,7 @@ void CopyDisplay::fileDidFinish(const CopiedFile& file, const CopyProgress& prog
 QString CopyDisplay::details(const CopyProgress& progress) const
 {
     const std::uint64_t copied = copiedBytes(progress);
-    QString text = countOf(progress) + QStringLiteral("  ")
+    QString text = countOf(progress.numberOfCopiedItems(), progress) + QStringLiteral("  ")
         + QString::fromStdString(amountText(copied, progress.totalSize()));
     if (const auto rate = rate_.bytesPerSecond())
         text += QStringLiteral("  ") + QString::fromStdString(rateText(*rate));

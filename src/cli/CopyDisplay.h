@@ -25,7 +25,8 @@ public:
     void copyIsUnderWay(const CopyProgress& progress) override;
     bool isStopRequested() override;
     void copyWasStopped(bool isConfirmed) override;
-    void fileDidFinish(const CopiedFile& file, const CopyProgress& progress) override;
+    void fileDidFinish(const CopiedFile& file, std::uint64_t number,
+                       const CopyProgress& progress) override;
 
     /// Takes the line away; the run is over.
     void finish() { line_.clear(); }

@@ -76,7 +76,7 @@ CopyComparisonResult CopyComparison::compareCopies(CopyResult& result,
         }
         file.isCopied = file.failure.empty();
         isAllSame = isAllSame && file.isCopied;
-        observer_.fileDidFinish(file, *progress);
+        observer_.fileDidFinish(file, progress->numberOfCopiedItems(), *progress);
     }
     engine_.stopCopyFlgInit();
     logger_.writeToFile("CopyComparison", selector.text(),

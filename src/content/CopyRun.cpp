@@ -17,8 +17,8 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <utility>
 
 namespace nivor {
@@ -26,25 +26,6 @@ namespace {
 
 // FAT, the usual file system of a stick, takes no larger file.
 constexpr std::uint64_t largestFatFile = 0xFFFFFFFF;
-
-/// Why the file at `path` is not what the camera announced; empty when it is.
-std::string sizeFailure(const DestinationFolder& folder, const std::filesystem::path& path,
-                        std::uint64_t announced)
-{
-    try {
-        const std::uint64_t size = folder.sizeOf(path.filename().string());
-        if (size != announced)
-            return fmt::format("{} bytes were announced and {} arrived", announced, size);
-    } catch (const FileError& error) {
-        return error.what();
-    }
-    return {};
-}
-
-std::string movedText(const DestinationFolder& folder)
-{
-    return "the folder " + folder.path().string() + " was moved, replaced or removed meanwhile";
-}
 
 /// Whether the next file may meet the same as the one that failed with this.
 bool isOfTheWholeDisk(int errnoValue)
@@ -63,7 +44,7 @@ std::string transferFailure(const TransactionFailure& failure, std::uint64_t ann
 
 }  // namespace
 
-/// A file on its way.
+/// A file on its way from the camera.
 struct CopyRun::Transfer {
     CopiedFile& result;
     HandleBlock handle;
@@ -93,6 +74,7 @@ CopyResult CopyRun::startCopyingItems(const ObjectList& items,
 
     result_.folder = std::make_shared<DestinationFolder>(destination);
     CopyTargets targets(result_.folder, createFile_);
+    disk_.emplace(result_.folder);
     for (const auto& item : items) {
         if (item->isAssociation())
             continue;
@@ -102,6 +84,7 @@ CopyResult CopyRun::startCopyingItems(const ObjectList& items,
         else
             copyItem(item, targets, progress);
     }
+    awaitArrivals(0, *progress);
 
     engine_.stopCopyFlgInit();
     observer_.copyDidEnd();
@@ -137,24 +120,80 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
 
     CopiedFile& file = result_.files.emplace_back();
     file.object = item;
-    const auto handle = handles_.constFind(item->myHandle());
-    if (isCameraGone_) {
-        // Asking on would only litter the folder with empty files.
-        file.failure = cameraGoneText;
-    } else if (handle == handles_.cend()) {
-        file.failure = "the camera no longer has it";
-    } else if (std::string refusal = refusalOf(item->objectCompressedSize()); !refusal.empty()) {
-        file.failure = std::move(refusal);
-        logRefusal(file.failure);
-    } else {
-        Transfer transfer{file, handle.value(), targets.create(cameraName), progress};
-        file.path = transfer.file->path();
-        this->transfer(transfer);
-        targets.recordUse(cameraName);
+    file.failure = reasonNotToAsk(*item);
+    if (!file.failure.empty()) {
+        awaitArrivals(0, *progress);
+        conclude(result_.files.size() - 1, *progress);
+        return;
     }
+    Transfer transfer{file, handles_.value(item->myHandle()), targets.create(cameraName), progress};
+    file.path = transfer.file->path();
+    this->transfer(transfer);
+    targets.recordUse(cameraName);
+    observer_.fileWasReceived();
+    passToDisk(transfer);
+}
+
+/// Why the camera is not asked for it; empty when it is.
+std::string CopyRun::reasonNotToAsk(const ObjectInfoData& item)
+{
+    // Asking on would only litter the folder with empty files.
+    if (isCameraGone_)
+        return cameraGoneText;
+    if (!handles_.contains(item.myHandle()))
+        return "the camera no longer has it";
+    std::string refusal = refusalOf(item.objectCompressedSize());
+    if (!refusal.empty())
+        logRefusal(refusal);
+    return refusal;
+}
+
+/// The file that began last has come, in whole or in part, or could not be created.
+void CopyRun::passToDisk(Transfer& transfer)
+{
+    const std::size_t index = result_.files.size() - 1;
+    if (!transfer.file->isOpen()) {
+        awaitArrivals(0, *transfer.progress);
+        isRoomShort_ = isOfTheWholeDisk(transfer.file->openError());
+        conclude(index, *transfer.progress);
+        return;
+    }
+    // What has gone wrong is the reason to treat the next file otherwise.
+    const bool isAllWell = transfer.result.failure.empty() && !isRoomShort_;
+    const std::uint64_t announcedSize = transfer.result.object->objectCompressedSize();
+    arrivals_.push_back({index, transfer.file, disk_->add(transfer.file, announcedSize)});
+    awaitArrivals(isAllWell ? DiskQueue::mostFiles : 0, *transfer.progress);
+}
+
+/// Waits until no more than `most` files are on their way to the disk, and concludes those that
+/// have arrived, in their order.
+void CopyRun::awaitArrivals(std::size_t most, const CopyProgress& progress)
+{
+    while (!arrivals_.empty()) {
+        Arrival& next = arrivals_.front();
+        const bool isThere =
+            next.failure.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        if (!isThere && arrivals_.size() <= most)
+            return;
+        worker_.waitFor(next.failure, [&] { observer_.copyIsUnderWay(progress); });
+        const std::string failure = next.failure.get();
+        CopiedFile& file = result_.files[next.index];
+        // What failed first is the cause of the rest.
+        if (file.failure.empty())
+            file.failure = failure;
+        isRoomShort_ = isOfTheWholeDisk(next.file->failure());
+        const std::size_t index = next.index;
+        arrivals_.pop_front();
+        conclude(index, progress);
+    }
+}
+
+void CopyRun::conclude(std::size_t index, const CopyProgress& progress)
+{
+    CopiedFile& file = result_.files[index];
     file.isCopied = file.failure.empty();
     result_.isError = !file.isCopied;
-    observer_.fileDidFinish(file, *progress);
+    observer_.fileDidFinish(file, index + 1, progress);
 }
 
 /// Why the folder is certain to take no file of that size; empty when it may. To ask the camera all
@@ -162,7 +201,7 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
 std::string CopyRun::refusalOf(std::uint64_t size) const
 {
     if (result_.folder->hasMoved())
-        return movedText(*result_.folder);
+        return result_.folder->movedText();
     const int error = isRoomShort_ ? result_.folder->refusalOf(size) : 0;
     if (error == 0)
         return {};
@@ -181,7 +220,6 @@ void CopyRun::transfer(Transfer& transfer)
 {
     CopiedFile& result = transfer.result;
     if (!transfer.file->isOpen()) {
-        isRoomShort_ = isOfTheWholeDisk(transfer.file->openError());
         // The camera need not send what there is no place for.
         result.failure =
             FileError(transfer.file->openError(), "Could not create " + result.path.string())
@@ -189,7 +227,10 @@ void CopyRun::transfer(Transfer& transfer)
         return;
     }
 
-    const auto isUnderWay = [this, &transfer] { observer_.copyIsUnderWay(*transfer.progress); };
+    const auto isUnderWay = [this, &transfer] {
+        awaitArrivals(DiskQueue::mostFiles, *transfer.progress);
+        observer_.copyIsUnderWay(*transfer.progress);
+    };
     // No transaction runs around the transfer, so a stop has nothing to cancel; it is seen before
     // the next file.
     if (isRoomDoubtful(result.object->objectCompressedSize())) {
@@ -208,8 +249,6 @@ void CopyRun::transfer(Transfer& transfer)
                         isUnderWay();
                     });
     }
-    worker_.run([this, &transfer] { secure(transfer); }, isUnderWay);
-    isRoomShort_ = isOfTheWholeDisk(transfer.file->failure());
 }
 
 /// Whether it is likely enough that there is no room for a file of that size. On some disks it
@@ -241,30 +280,6 @@ void CopyRun::receive(Transfer& transfer)
     const TransactionFailure failure = engine_.lastTransactionFailure();
     isCameraGone_ = isCameraGone(failure);
     transfer.result.failure = transferFailure(failure, size);
-}
-
-/// On the worker: a file is copied only when all of it has reached the disk.
-void CopyRun::secure(Transfer& transfer)
-{
-    CopiedFile& result = transfer.result;
-    const auto note = [&result](std::string failure) {
-        // What failed first is the cause of the rest.
-        if (result.failure.empty())
-            result.failure = std::move(failure);
-    };
-    try {
-        transfer.file->synchronizeFile();
-    } catch (const FileError& error) {
-        note(error.what());
-    }
-    try {
-        transfer.file->closeFile();
-    } catch (const FileError& error) {
-        note(error.what());
-    }
-    note(sizeFailure(*result_.folder, result.path, result.object->objectCompressedSize()));
-    if (result_.folder->hasMoved())
-        note(movedText(*result_.folder));
 }
 
 void CopyRun::writeLog(std::string_view message)

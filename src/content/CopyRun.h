@@ -4,11 +4,16 @@
 #include "content/ContentListing.h"
 #include "content/CopyResult.h"
 #include "content/CopyTargets.h"
+#include "content/DiskQueue.h"
 #include "content/PolledWorker.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
+#include <future>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,12 +21,15 @@ namespace nivor {
 
 class CopyProgress;
 class CopyRunObserver;
+class FileHandle;
+class ObjectInfoData;
 class PTPCommunication;
 class RollingLogger;
 
-/// Serves one run. Each file gets a free name of its own and streams straight to the disk on a
-/// worker thread, while the calling thread watches and can stop it. Nothing that exists is
-/// overwritten, and nothing of what was written is removed, not even after a failure or a stop.
+/// Serves one run. Each file gets a free name of its own and streams straight into it on a worker
+/// thread, while the calling thread watches and can stop it. While a file is fetched, those before
+/// it are seen through to the disk; results are told in the order of the files. Nothing that exists
+/// is overwritten, and nothing of what was written is removed, not even after a failure or a stop.
 class CopyRun {
 public:
     /// `handles`: those of the listing that the items come from.
@@ -36,17 +44,27 @@ public:
 private:
     struct Transfer;
 
+    /// A file on its way to the disk: its place in the result, and what is still to be said of it.
+    struct Arrival {
+        std::size_t index;
+        std::shared_ptr<FileHandle> file;
+        std::future<std::string> failure;
+    };
+
     void prepare(const ObjectList& items, const std::filesystem::path& destination,
                  CopyProgress& progress) const;
     void copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets& targets,
                   const std::shared_ptr<CopyProgress>& progress);
+    [[nodiscard]] std::string reasonNotToAsk(const ObjectInfoData& item);
     [[nodiscard]] std::string refusalOf(std::uint64_t size) const;
     void logRefusal(const std::string& refusal);
     void transfer(Transfer& transfer);
     [[nodiscard]] bool isRoomDoubtful(std::uint64_t size) const;
     static void requireRoom(Transfer& transfer);
     void receive(Transfer& transfer);
-    void secure(Transfer& transfer);
+    void passToDisk(Transfer& transfer);
+    void awaitArrivals(std::size_t most, const CopyProgress& progress);
+    void conclude(std::size_t index, const CopyProgress& progress);
     void writeLog(std::string_view message);
 
     PTPCommunication& engine_;
@@ -61,6 +79,8 @@ private:
     bool isRoomShort_ = false;  ///< the disk has refused something of the last file that was tried
     bool isRefusalLogged_ = false;
 
+    std::deque<Arrival> arrivals_;  ///< the oldest first
+    std::optional<DiskQueue> disk_;
     PolledWorker worker_;
 };
 

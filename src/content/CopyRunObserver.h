@@ -1,6 +1,8 @@
 /// Watches a copy run, and may stop it.
 #pragma once
 
+#include <cstdint>
+
 namespace nivor {
 
 class CopyProgress;
@@ -32,7 +34,16 @@ public:
     /// and the run ends after it.
     virtual void copyWasStopped(bool /*isConfirmed*/) { }
 
-    virtual void fileDidFinish(const CopiedFile& /*file*/, const CopyProgress& /*progress*/) { }
+    /// The transfer of the file that began last is over; its data may still be on its way to the
+    /// disk.
+    virtual void fileWasReceived() { }
+
+    /// What has become of a file is known. `number`: its place among those that began, from 1; by
+    /// now a few behind it may have begun as well, and `progress` tells of the last of them.
+    virtual void fileDidFinish(const CopiedFile& /*file*/, std::uint64_t /*number*/,
+                               const CopyProgress& /*progress*/)
+    {
+    }
 
     /// Nothing more will be copied, and the result has not been recorded yet.
     virtual void copyDidEnd() { }

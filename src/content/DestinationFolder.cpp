@@ -38,6 +38,11 @@ bool DestinationFolder::hasMoved() const
     return opened.st_dev != named.st_dev || opened.st_ino != named.st_ino;
 }
 
+std::string DestinationFolder::movedText() const
+{
+    return "the folder " + path_.string() + " was moved, replaced or removed meanwhile";
+}
+
 bool DestinationFolder::isTaken(const std::string& name) const
 {
     struct stat status { };

@@ -11,7 +11,7 @@ class FileHandle;
 
 /// Opened once, so that nothing lands elsewhere when the folder's name comes to stand for another
 /// folder, or for a link to one. The name itself may be a link when the run begins. Names of files
-/// are never followed when they are links. Any thread, one at a time.
+/// are never followed when they are links. Any number of threads.
 class DestinationFolder {
 public:
     /// A folder that can't be opened refuses every operation with the errno of that.
@@ -26,6 +26,9 @@ public:
     /// Whether its path leads to nothing by now, or to another folder. Never of a folder that could
     /// not be opened.
     [[nodiscard]] bool hasMoved() const;
+
+    /// What to say of one that has moved.
+    [[nodiscard]] std::string movedText() const;
 
     /// Whether anything has that name, a link that leads nowhere included.
     [[nodiscard]] bool isTaken(const std::string& name) const;

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <exception>
 #include <functional>
+#include <future>
 #include <mutex>
 
 namespace nivor {
@@ -26,6 +27,14 @@ public:
     /// that earlier operations have begun included: operations that are each over soon don't keep
     /// the caller from its turns. What `operation` raises is raised here.
     void run(const std::function<void()>& operation, const std::function<void()>& turn);
+
+    /// Waits for what another thread brings, with turns as above.
+    template <typename Result>
+    void waitFor(const std::future<Result>& result, const std::function<void()>& turn)
+    {
+        while (result.wait_until(nextTurn_) != std::future_status::ready)
+            turnNow(turn);
+    }
 
 private:
     using Clock = std::chrono::steady_clock;

@@ -269,7 +269,7 @@ TEST_F(CopyDisk, ADiskThatCannotReserveIsWrittenTo)
 
 class CopyFolder : public CopyDisk {
 protected:
-    /// Three files; as soon as the second is created, `happening` takes place.
+    /// Three files; while the second is under way and the first is safe, `happening` takes place.
     CopyResult copyWhile(const std::function<void()>& happening)
     {
         for (const char16_t* name : {u"A.MOV", u"B.MOV", u"C.MOV"})
@@ -278,7 +278,7 @@ protected:
         connect({.pace = {.megabytesPerSecond = 8}});
         fs::create_directory(target);
         observer.stopWhen = [this, &happening] {
-            if (!hasHappened && fs::exists(target / "B.MOV")) {
+            if (!hasHappened && !observer.finished.empty() && fs::exists(target / "B.MOV")) {
                 hasHappened = true;
                 happening();
             }

@@ -5,6 +5,8 @@
 #include "content/CopyRun.h"
 #include "content/CopyRunObserver.h"
 #include "content/SimulatedCameraFixture.h"
+#include "datasets/ObjectInfoData.h"
+#include "datasets/TrimmingNullCharacters.h"
 
 #include <functional>
 
@@ -34,10 +36,14 @@ public:
 
     void copyWasStopped(bool isConfirmed) override { confirmations.push_back(isConfirmed); }
 
-    void fileDidFinish(const CopiedFile& file, const CopyProgress& progress) override
+    void fileWasReceived() override { ++received; }
+
+    void fileDidFinish(const CopiedFile& file, std::uint64_t number,
+                       const CopyProgress& /*progress*/) override
     {
-        finished.push_back(progress.sourceFile().toStdString());
-        numbers.push_back(progress.numberOfCopiedItems());
+        finished.push_back(
+            NVX_stringByTrimmingNullCharacters(file.object->fileName()).toStdString());
+        numbers.push_back(number);
         lastReason = file.failure;
     }
 
@@ -45,6 +51,7 @@ public:
     std::uint64_t total = 0;
     std::uint64_t items = 0;
     int turns = 0;
+    std::size_t received = 0;
     const CopyProgress* now = nullptr;
     std::vector<bool> confirmations;
     std::vector<std::string> finished;

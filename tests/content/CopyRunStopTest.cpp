@@ -67,7 +67,7 @@ TEST_F(CopyRunStop, AStopBetweenFilesNeedsNoCancel)
     card->addFile(u"A.JPG", 10);
     card->addFile(u"B.JPG", 10);
     connect();
-    observer.stopWhen = [this] { return observer.finished.size() == 1; };
+    observer.stopWhen = [this] { return observer.received == 1; };
     const CopyResult result = copyAll();
     EXPECT_EQ(result.files.size(), 1U);
     EXPECT_TRUE(result.isStopped);
