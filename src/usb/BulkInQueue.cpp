@@ -18,11 +18,13 @@ constexpr std::chrono::milliseconds flushLimit{2000};
 }  // namespace
 
 BulkInQueue::BulkInQueue(libusb_device_handle* handle, std::uint8_t endpoint,
-                         std::size_t maxPacketSize, std::shared_ptr<std::atomic<bool>> gone)
+                         std::size_t maxPacketSize, std::shared_ptr<std::atomic<bool>> gone,
+                         Shape most)
     : handle_(handle)
     , endpoint_(endpoint)
     , maxPacketSize_(std::clamp<std::size_t>(maxPacketSize, 1, smallestTransfer))
     , gone_(std::move(gone))
+    , most_(most)
     , boundary_(maxPacketSize_)
 {
 }
@@ -40,7 +42,7 @@ UsbResult BulkInQueue::start()
     surplus_ = 0;
     boundary_.restart();
     UsbResult result = UsbResult::NoMemory;
-    for (std::size_t size = largestTransfer; size >= smallestTransfer; size /= 2) {
+    for (std::size_t size = most_.transferSize; size >= smallestTransfer; size /= 2) {
         result = fillRing(size);
         if (result != UsbResult::NoMemory)
             break;

@@ -15,7 +15,6 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -42,14 +41,20 @@ namespace nivor {
 /// may be called from any thread.
 class BulkInQueue final : private BulkInTransfer::Owner {
 public:
-    /// Bytes of one transfer and their number. The kernel lets all programs together hold 16 MiB.
-    static constexpr std::size_t largestTransfer = std::size_t{128} * 1024;
-    static constexpr std::size_t smallestTransfer = std::size_t{16} * 1024;
-    static constexpr std::size_t deepestRing = 16;  ///< one of them waits for the next write
+    /// Number of transfers, one of which waits for the next write, and bytes of each.
+    struct Shape {
+        std::size_t depth;
+        std::size_t transferSize;
+    };
 
-    /// `gone` is the device's own flag, which the queue both sets and heeds.
+    /// The kernel lets all programs together hold 16 MiB; of that this is an eighth.
+    static constexpr Shape usualShape{16, std::size_t{128} * 1024};
+    static constexpr std::size_t smallestTransfer = std::size_t{16} * 1024;
+
+    /// `gone` is the device's own flag, which the queue both sets and heeds. `most`: the ring's
+    /// shape where the kernel has the memory, with transfers no smaller than the smallest.
     BulkInQueue(libusb_device_handle* handle, std::uint8_t endpoint, std::size_t maxPacketSize,
-                std::shared_ptr<std::atomic<bool>> gone);
+                std::shared_ptr<std::atomic<bool>> gone, Shape most = usualShape);
 
     /// Stops the ring if that has not been done.
     ~BulkInQueue();
@@ -84,11 +89,7 @@ public:
     /// Ends a waiting read at once; the caller has seen the device leave.
     void deviceLeft();
 
-    /// Transfers in the ring and the size of each, for tests and diagnosis.
-    struct Shape {
-        std::size_t depth;
-        std::size_t transferSize;
-    };
+    /// The ring as it is, for tests and diagnosis.
     [[nodiscard]] Shape shape() const;
 
 private:
@@ -115,11 +116,12 @@ private:
     const std::uint8_t endpoint_;
     const std::size_t maxPacketSize_;
     const std::shared_ptr<std::atomic<bool>> gone_;
+    const Shape most_;
 
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     ContainerBoundary boundary_;
-    std::deque<std::unique_ptr<BulkInTransfer>> line_;  // submitted, the oldest first
+    std::vector<std::unique_ptr<BulkInTransfer>> line_;  // submitted, the oldest first; short
     std::vector<std::unique_ptr<BulkInTransfer>> idle_;
     std::size_t inFlight_ = 0;  // those of the line that have not finished
     std::size_t surplus_ = 0;   // how many leave the ring once they are cancelled

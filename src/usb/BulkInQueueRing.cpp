@@ -16,11 +16,11 @@ UsbResult BulkInQueue::fillRing(std::size_t transferSize)
     transferSize_ = transferSize - transferSize % maxPacketSize_;
     idle_.clear();
     UsbResult result = UsbResult::Success;
-    for (std::size_t i = 0; i < deepestRing && succeeded(result); ++i) {
+    for (std::size_t i = 0; i < most_.depth && succeeded(result); ++i) {
         auto transfer = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this);
         if (!transfer)
             result = UsbResult::NoMemory;
-        else if (i + 1 < deepestRing)
+        else if (i + 1 < most_.depth)
             result = submit(std::move(transfer));
         else
             idle_.push_back(std::move(transfer));
@@ -71,7 +71,7 @@ UsbResult BulkInQueue::submitIdle(std::size_t kept)
 /// the camera has not confirmed, has none behind it: a short packet at its end would have left one.
 void BulkInQueue::addSpare()
 {
-    if (!idle_.empty() || line_.size() > deepestRing)
+    if (!idle_.empty() || line_.size() > most_.depth)
         return;
     if (auto spare = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this))
         idle_.push_back(std::move(spare));
@@ -122,7 +122,7 @@ void BulkInQueue::cancelOldestFirst()
 void BulkInQueue::retireFront()
 {
     auto transfer = std::move(line_.front());
-    line_.pop_front();
+    line_.erase(line_.begin());
     const bool isHeldBack = failed_ || paused_ || stopped_ || *gone_;
     // Most likely the end of an answer: this one goes behind the next write.
     const bool endsAnswer = transfer->endedShort() && idle_.empty() && inFlight_ > 0;
@@ -130,7 +130,7 @@ void BulkInQueue::retireFront()
         --surplus_;
     } else if (isHeldBack || endsAnswer) {
         idle_.push_back(std::move(transfer));
-    } else if (line_.size() + idle_.size() >= deepestRing) {
+    } else if (line_.size() + idle_.size() >= most_.depth) {
         // The ring is whole without this one, for there was a spare.
     } else {
         // If the kernel has no memory for it now, it waits until the ring has run out.
