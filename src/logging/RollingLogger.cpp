@@ -102,7 +102,7 @@ void RollingLogger::writeToFile(std::string_view className, std::string_view pro
 {
     quietly([&] {
         const std::lock_guard guard(writing_);
-        const std::string text = record(className, procName, message);
+        const std::string& text = record(className, procName, message);
         if (isTargetUsable()) {
             target_.append(text);
             return;
@@ -141,9 +141,9 @@ bool RollingLogger::isTargetUsable()
     return false;
 }
 
-/// The text of one record, in one allocation. Only with `writing_` held.
-std::string RollingLogger::record(std::string_view className, std::string_view procName,
-                                  std::string_view message)
+/// The text of one record, in memory that is kept for the next. Only with `writing_` held.
+const std::string& RollingLogger::record(std::string_view className, std::string_view procName,
+                                         std::string_view message)
 {
     const auto now = std::chrono::floor<std::chrono::seconds>(clock_());
     if (stamp_.empty() || now != stampedSecond_) {
@@ -151,9 +151,8 @@ std::string RollingLogger::record(std::string_view className, std::string_view p
         stampedSecond_ = now;
     }
 
-    constexpr std::size_t fixedTexts = 128 + 2 * elementName.size();
-    std::string text;
-    text.reserve(fixedTexts + className.size() + procName.size() + message.size());
+    std::string& text = record_;
+    text.clear();
     text.append(recordMarker).append(stamp_).append("\">\n");
     text.append("  <").append(elementName).append(">\n");
     text.append("    <event>").append(className).append(" ").append(procName);

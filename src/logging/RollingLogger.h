@@ -100,8 +100,8 @@ private:
     bool isTargetUsable();
     void chooseTarget(bool isTargetFull);
     void createTarget(int flag);
-    std::string record(std::string_view className, std::string_view procName,
-                       std::string_view message);
+    const std::string& record(std::string_view className, std::string_view procName,
+                              std::string_view message);
 
     const Clock clock_;
 
@@ -116,6 +116,7 @@ private:
     AppendingFile target_;  ///< kept open from record to record while it stays in its place
     std::chrono::sys_seconds stampedSecond_{std::chrono::sys_seconds::min()};
     std::string stamp_;
+    std::string record_;
 };
 
 }  // namespace nivor

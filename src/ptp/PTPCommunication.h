@@ -267,6 +267,8 @@ private:
     std::mutex wakeMutex_;
     std::condition_variable wake_;
 
+    ReceiveBuffer spareBuffer_;  ///< of the transaction before; receive thread
+
     // Behind all that its operations work on.
     OperationQueue receiveQueue_;
 

@@ -267,8 +267,9 @@ bool PTPCommunication::fetchWhole(OperationCode operation, const HandleBlock& ha
             fmt::format("Oh!!! receiveBuffer is length {} (< 13.)", received->size()));
         return false;
     }
-    objectBinaryData->assign(received->begin() + static_cast<std::ptrdiff_t>(containerHeaderSize),
-                             received->end());
+    received->erase(received->begin(),
+                    received->begin() + static_cast<std::ptrdiff_t>(containerHeaderSize));
+    *objectBinaryData = std::move(*received);
     return true;
 }
 

@@ -22,6 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::size_t firstReadSize = 5120;
+constexpr std::uint64_t mostReserved = std::uint64_t{64} * 1024;
 constexpr UsbTimeouts readTimeouts{600ms, 2000ms};
 
 // The response to a refused object, and what may come before it: an empty packet, an event.
@@ -64,7 +65,7 @@ void PTPCommunication::receive(PTPTransactionCallback* receiveCallback, std::str
                             event,
                             datasetBounds_.bytes,
                             std::chrono::steady_clock::now() + paced(datasetBounds_.time),
-                            parts_.allocateReceiveBuffer(),
+                            spareBuffer_ ? std::move(spareBuffer_) : parts_.allocateReceiveBuffer(),
                             {}};
         if (!reception.memory)
             failReception(TransactionFailure::Cause::NoMemory);
@@ -74,6 +75,10 @@ void PTPCommunication::receive(PTPTransactionCallback* receiveCallback, std::str
         receiveContainers(reception);
         if (reception.isRefused)
             endRefusedTransaction(reception);
+        // The next transaction would ask for as much. After a large object it is given back, with
+        // its pages.
+        if (reception.total < ReceiveBuffer::size)
+            spareBuffer_ = std::move(reception.memory);
     } catch (...) {
         // Sinks are guarded where they are called; what else can be raised is a lack of memory.
         failReception(TransactionFailure::Cause::NoMemory);
@@ -212,6 +217,9 @@ bool PTPCommunication::collectPiece(Reception& reception, ByteView piece,
     const bool isTooMuch = reception.total > reception.mostBytes;
     if (!isTooMuch && std::chrono::steady_clock::now() <= reception.lastMoment) {
         const std::shared_ptr<ByteBuffer> buffer = tmpBuffer();
+        // One allocation for a dataset or a thumbnail; of what claims to be larger, as it comes.
+        if (buffer->empty())
+            buffer->reserve(std::min({completeSize, reception.mostBytes, mostReserved}));
         buffer->insert(buffer->end(), piece.begin(), piece.end());
         return true;
     }

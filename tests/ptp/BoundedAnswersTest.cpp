@@ -14,7 +14,7 @@ using ::testing::HasSubstr;
 
 namespace {
 
-/// An engine sixty times as fast, so that its longest wait of a minute is a second.
+/// An engine twenty times as fast, so that its longest wait of a minute is three seconds.
 class BoundedAnswers : public EngineFixture {
 protected:
     BoundedAnswers()
@@ -50,7 +50,7 @@ protected:
     }
 
     std::atomic<bool> isSending{true};
-    PTPCommunication quick{{.host = host, .logger = &log.logger(), .agentPause = {}, .pace = 60}};
+    PTPCommunication quick{{.host = host, .logger = &log.logger(), .agentPause = {}, .pace = 20}};
     const HandleBlock handle{{0x0A, 0x00, 0x01, 0x00}};
 };
 
