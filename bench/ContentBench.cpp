@@ -1,28 +1,30 @@
 // Listing many objects, and copying many small files.
 
+#include "BareClient.h"
 #include "Measuring.h"
+#include "Table.h"
 
 #include "content/ContentLoader.h"
 #include "content/CopyProgress.h"
 #include "content/CopyRun.h"
 #include "content/CopyRunObserver.h"
+#include "content/CopyTargets.h"
 #include "datasets/ObjectInfoData.h"
 #include "logging/RollingLogger.h"
 #include "ptp/FileHandle.h"
-#include "ptp/GetObjectCallback.h"
 #include "ptp/PTPCommunication.h"
 #include "simulator/MemoryCard.h"
 #include "simulator/SimulatedHost.h"
 
-#include <benchmark/benchmark.h>
+#include <fmt/format.h>
 
 #include <QBuffer>
 #include <QImage>
 
 #include <malloc.h>
 
-#include <algorithm>
-#include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -34,6 +36,14 @@ namespace {
 using namespace nivor;
 using namespace nivor::bench;
 namespace fs = std::filesystem;
+
+void require(bool isMet)
+{
+    if (!isMet) {
+        std::fputs("the camera or the disk failed\n", stderr);
+        std::exit(1);
+    }
+}
 
 /// A JPEG of 160 by 120 pixels, the usual thumbnail, of about `bytes` bytes.
 ByteBuffer thumbnailOf(std::size_t bytes)
@@ -65,10 +75,19 @@ public:
         logger.setSaveDirectory(workFolder() / "log");
     }
 
+    /// Takes the place of the one before.
+    void plugIn()
+    {
+        if (camera_)
+            host->detach(camera_);
+        camera_ = std::make_shared<SimulatedCamera>(card);
+        host->attach(camera_);
+    }
+
     void connect()
     {
-        host->attach(std::make_shared<SimulatedCamera>(card));
-        engine.connect(anyVendorID);
+        plugIn();
+        require(engine.connect(anyVendorID));
     }
 
     void addFiles(std::size_t count, std::uint64_t size, const ByteBuffer& thumbnail = {})
@@ -89,122 +108,128 @@ public:
     std::shared_ptr<MemoryCard> card = std::make_shared<MemoryCard>();
     std::shared_ptr<SimulatedHost> host = std::make_shared<SimulatedHost>();
     PTPCommunication engine{{.host = host, .logger = &logger, .agentPause = {}}};
+
+private:
+    std::shared_ptr<SimulatedCamera> camera_;
 };
 
-void Listing(benchmark::State& state)
+/// Objects a second, and the memory that a listing keeps for each.
+void measureListing(std::size_t count, const ByteBuffer& thumbnail)
 {
-    const auto count = static_cast<std::size_t>(state.range(0));
-    const bool withThumbnails = state.range(1) != 0;
-    const ByteBuffer thumbnail = thumbnailOf(6000);
+    constexpr int pairs = 5;
     Camera camera;
-    camera.addFiles(count, 1000, withThumbnails ? thumbnail : ByteBuffer());
-    camera.connect();
-    double bytesPerObject = 0;
-    for (auto _ : state) {
-        const auto before = ::mallinfo2();
-        const ContentLoader::Result result = ContentLoader(camera.engine, {}).load();
-        const auto after = ::mallinfo2();
-        if (result.listing.objects.size() < count)
-            state.SkipWithError("objects are missing");
-        bytesPerObject =
-            static_cast<double>(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd)
-            / static_cast<double>(result.listing.objects.size());
+    camera.addFiles(count, 1000, thumbnail);
+    std::vector<double> bare;
+    std::vector<double> program;
+    double bytes = 0;
+    for (int pair = 0; pair < pairs; ++pair) {
+        camera.connect();
+        program.push_back(secondsOf([&] {
+            const auto before = ::mallinfo2();
+            const ContentLoader::Result result = ContentLoader(camera.engine, {}).load();
+            const auto after = ::mallinfo2();
+            require(result.listing.objects.size() >= count);
+            bytes =
+                static_cast<double>(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd)
+                / static_cast<double>(result.listing.objects.size());
+        }));
+        camera.engine.disconnect();
+        camera.plugIn();
+        BareClient client(*camera.host);
+        bare.push_back(secondsOf([&] {
+            for (const std::uint32_t handle : client.handles()) {
+                client.transact(OperationCode::GetObjectInfo, {handle});
+                if (!thumbnail.empty())
+                    client.transact(OperationCode::GetThumb, {handle});
+            }
+        }));
     }
-    state.counters["objects/s"] = benchmark::Counter(static_cast<double>(count),
-                                                     benchmark::Counter::kIsIterationInvariantRate);
-    state.counters["bytes/object"] = bytesPerObject;
-    if (withThumbnails)
-        state.counters["thumbnail_bytes"] = static_cast<double>(thumbnail.size());
+    const auto objects = static_cast<double>(count);
+    print({fmt::format("listing {} objects, {}", count,
+                       thumbnail.empty() ? "no thumbnails"
+                                         : fmt::format("thumbnails of {} bytes", thumbnail.size())),
+           "objects/s", perSecond(objects, program),
+           Limit{median(perSecond(objects, bare)), "bare client, no log"}});
+    print({"  memory kept for each", "bytes", {bytes}});
 }
 
-/// What the steps of a copy cost one by one, without the run that strings them together.
-struct Steps {
-    std::vector<double> create, transfer, synchronize, close;
+/// Reports every file as safe at once: what the wait for the disk costs.
+class UnsynchronizedFile : public FileHandle {
+public:
+    explicit UnsynchronizedFile(FileHandle file)
+        : FileHandle(std::move(file))
+    {
+    }
+
+protected:
+    int synchronizeOnce() override { return 0; }
 };
 
-void copyStepByStep(Camera& camera, const ContentListing& listing, const fs::path& folder,
-                    Steps& steps)
+/// The limit: the files made and written one after another, from memory.
+void writePlainly(const ContentListing& listing, const fs::path& folder, std::size_t size,
+                  bool isSynchronized)
 {
+    const ByteBuffer bytes(size, 0x5A);
     for (const auto& object : listing.objects) {
         if (object->isAssociation())
             continue;
-        std::shared_ptr<FileHandle> file;
-        steps.create.push_back(secondsOf([&] {
-            file = std::make_shared<FileHandle>(
-                FileHandle::create(folder / object->myHandle().toStdString()));
-        }));
-        steps.transfer.push_back(secondsOf([&] {
-            GetObjectCallback sink(nullptr, file);
-            camera.engine.getObject(listing.handles.value(object->myHandle()),
-                                    object->objectCompressedSize(), nullptr, &sink);
-        }));
-        steps.synchronize.push_back(secondsOf([&] { file->synchronizeFile(); }));
-        steps.close.push_back(secondsOf([&] { file->closeFile(); }));
+        FileHandle file = FileHandle::create(folder / object->myHandle().toStdString());
+        file.writeData(bytes);
+        if (isSynchronized)
+            file.synchronizeFile();
+        file.closeFile();
     }
 }
 
-/// Copies the files through the run, and beside it step by step without it. In pairs, since the
-/// disk changes its pace from second to second.
-void CopyingSmallFiles(benchmark::State& state)
+/// Files a second through the run, each time beside the same by plain writes: the disk changes its
+/// pace from second to second.
+void measureSmallFiles(std::size_t count, std::size_t size, bool isSynchronized)
 {
-    constexpr int pairs = 7;
-    constexpr double microseconds = 1e6;
-    const auto count = static_cast<std::size_t>(state.range(0));
+    constexpr int pairs = 9;
     Camera camera;
-    camera.addFiles(count, 60'000);
+    camera.addFiles(count, size);
     camera.connect();
     const ContentListing listing = ContentLoader(camera.engine, {}).load().listing;
-
-    Steps steps;
-    std::vector<double> own;
+    const fs::path folder = workFolder() / "copies";
+    const auto inNewFolder = [&](const std::function<void()>& work) {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+        return secondsOf(work);
+    };
+    const CopyTargets::CreateFile unsynchronized = [](const fs::path& path) {
+        return std::make_shared<UnsynchronizedFile>(FileHandle::create(path));
+    };
+    std::vector<double> plain;
     std::vector<double> run;
-    for (auto _ : state) {
-        for (int pair = 0; pair < pairs; ++pair) {
-            const fs::path folder = workFolder() / "copies";
-            fs::remove_all(folder);
-            fs::create_directories(folder);
-            const double bare = secondsOf([&] { copyStepByStep(camera, listing, folder, steps); });
-            fs::remove_all(folder);
-            fs::create_directories(folder);
-            CopyRunObserver observer;
-            CopyResult result;
-            const double whole = secondsOf([&] {
-                CopyRun copyRun(camera.engine, camera.logger, listing.handles, observer);
-                result = copyRun.startCopyingItems(listing.objects, folder,
-                                                   std::make_shared<CopyProgress>());
-            });
-            if (result.copiedCount() != count)
-                state.SkipWithError("files are missing");
-            run.push_back(whole);
-            own.push_back((whole - bare) / static_cast<double>(count) * microseconds);
-            fs::remove_all(folder);
-        }
-        state.SetIterationTime(median(run));
+    for (int pair = 0; pair < pairs; ++pair) {
+        plain.push_back(inNewFolder([&] { writePlainly(listing, folder, size, isSynchronized); }));
+        CopyRunObserver observer;
+        CopyResult result;
+        run.push_back(inNewFolder([&] {
+            CopyRun copyRun(camera.engine, camera.logger, listing.handles, observer,
+                            isSynchronized ? CopyTargets::CreateFile() : unsynchronized);
+            result = copyRun.startCopyingItems(listing.objects, folder,
+                                               std::make_shared<CopyProgress>());
+        }));
+        require(result.copiedCount() == count);
     }
-    state.counters["own_us/file"] = median(own);
-    state.counters["create_us"] = median(steps.create) * microseconds;
-    state.counters["transfer_us"] = median(steps.transfer) * microseconds;
-    state.counters["fsync_us"] = median(steps.synchronize) * microseconds;
-    state.counters["close_us"] = median(steps.close) * microseconds;
-    state.counters["files/s"] = static_cast<double>(count) / median(run);
+    fs::remove_all(folder);
+    const auto files = static_cast<double>(count);
+    print({fmt::format("copying {} files of {} kB, {}", count, size / 1000,
+                       isSynchronized ? "each safe on the disk" : "not waiting for the disk"),
+           "files/s", perSecond(files, run),
+           Limit{median(perSecond(files, plain)),
+                 isSynchronized ? "plain write, fsync, close" : "plain write, close"}});
 }
-
-BENCHMARK(Listing)
-    ->ArgNames({"objects", "thumbnails"})
-    ->Args({10'000, 1})
-    ->Args({10'000, 0})
-    ->Iterations(1)
-    ->Repetitions(5)
-    ->ReportAggregatesOnly()
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(CopyingSmallFiles)
-    ->ArgNames({"files"})
-    ->Args({500})
-    ->Iterations(1)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main()
+{
+    printTitle("Listing and copying, simulated camera");
+    measureListing(10'000, thumbnailOf(6000));
+    measureListing(10'000, {});
+    measureSmallFiles(500, 60'000, true);
+    measureSmallFiles(500, 60'000, false);
+    return 0;
+}

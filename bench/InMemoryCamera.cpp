@@ -17,13 +17,14 @@ namespace {
 // Small enough to stay in the cache: what is measured is the engine, not this memory.
 constexpr std::size_t blockSize = 128 << 10;
 
-ByteBuffer header(std::uint32_t length, ContainerType type, std::uint16_t code)
+ByteBuffer header(std::uint32_t length, ContainerType type, std::uint16_t code,
+                  std::uint32_t transactionID)
 {
     ByteBuffer bytes;
     appendLittleEndian(bytes, length);
     appendLittleEndian(bytes, static_cast<std::uint16_t>(type));
     appendLittleEndian(bytes, code);
-    appendLittleEndian(bytes, std::uint32_t{1});
+    appendLittleEndian(bytes, transactionID);
     return bytes;
 }
 
@@ -57,6 +58,7 @@ UsbResult InMemoryInterface::writePipe(ByteView bytes)
 {
     ByteReader reader(bytes, 6);
     const std::uint16_t code = reader.u16();
+    const std::uint32_t transactionID = reader.u32();
     const std::lock_guard guard(mutex_);
     head_.clear();
     headOffset_ = 0;
@@ -64,17 +66,17 @@ UsbResult InMemoryInterface::writePipe(ByteView bytes)
     if (code == static_cast<std::uint16_t>(OperationCode::GetObjectInfo)) {
         const ByteBuffer dataset = objectInfo();
         head_ = header(static_cast<std::uint32_t>(containerHeaderSize + dataset.size()),
-                       ContainerType::Data, code);
+                       ContainerType::Data, code, transactionID);
         head_.insert(head_.end(), dataset.begin(), dataset.end());
     }
     if (code == static_cast<std::uint16_t>(OperationCode::GetObject)) {
         const std::uint64_t length = objectSize_ + containerHeaderSize;
         head_ = header(static_cast<std::uint32_t>(std::min<std::uint64_t>(length, 0xFFFFFFFF)),
-                       ContainerType::Data, code);
+                       ContainerType::Data, code, transactionID);
         bodyLeft_ = objectSize_;
     }
     response_ = header(containerHeaderSize, ContainerType::Response,
-                       static_cast<std::uint16_t>(ResponseCode::OK));
+                       static_cast<std::uint16_t>(ResponseCode::OK), transactionID);
     isAnswerReady_ = true;
     commanded_.notify_all();
     return UsbResult::Success;

@@ -1,107 +1,168 @@
-// What reading ahead is worth: the queued reader against one synchronous read at a time, through
-// the real libusb over a wire of 40 MB/s (a good high-speed bus) and over one as fast as memory.
+// What reading ahead is worth: the queued reader against bare loops over the real libusb, on a
+// wire of 40 MB/s (a good high-speed bus), one of 400 MB/s and one as fast as memory; and which
+// shape of the ring is worth having.
 
+#include "Measuring.h"
+#include "Table.h"
 #include "support/MockedUsbCamera.h"
-#include "usb/LibusbHost.h"
+#include "usb/BulkInQueue.h"
+#include "usb/UsbEventThread.h"
 
-#include <benchmark/benchmark.h>
+#include <fmt/format.h>
 #include <libusb.h>
 
+#include <atomic>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
 #include <memory>
 
 namespace {
 
 using namespace nivor;
+using namespace nivor::bench;
 using namespace nivor::test;
 using namespace std::chrono_literals;
 
 constexpr double megabyte = 1e6;
 constexpr unsigned char bulkInEndpoint = 0x81;
+constexpr std::size_t packetSize = 512;
 constexpr unsigned readTimeout = 2000;
+constexpr std::size_t kibibyte = 1024;
+constexpr std::size_t smallRead = 5120;
+constexpr std::size_t largeRead = 512 * kibibyte;
+constexpr int repetitions = 5;
 
-/// Enough for a second and a half of a paced wire, or for a fraction of one of memory's speed.
-std::size_t bytesFor(double bytesPerSecond)
+void require(bool isMet)
 {
-    return static_cast<std::size_t>(bytesPerSecond > 0 ? 1.5 * bytesPerSecond : 400 * megabyte);
-}
-
-double paceOf(const benchmark::State& state)
-{
-    return static_cast<double>(state.range(0)) * megabyte;
-}
-
-void Queued(benchmark::State& state)
-{
-    const std::size_t total = bytesFor(paceOf(state));
-    ByteBuffer buffer(static_cast<std::size_t>(state.range(1)));
-    MockedUsbBus bus;
-    MockedUsbCamera camera(bus, {}, paceOf(state));
-    LibusbHost host;
-    const std::shared_ptr<UsbDevice> device = host.stillImageInterfaces().at(0).device;
-    std::shared_ptr<UsbInterface> interface;
-    if (!succeeded(device->open()) || !succeeded(device->findInterface(stillImageTriple, interface))
-        || !succeeded(interface->open())) {
-        state.SkipWithError("the mocked camera could not be opened");
-        return;
+    if (!isMet) {
+        std::fputs("the mocked camera could not be read\n", stderr);
+        std::exit(1);
     }
-    for (auto _ : state) {
-        state.PauseTiming();
-        camera.send(ByteBuffer(total));
-        state.ResumeTiming();
-        for (std::size_t done = 0, received = 0; done < total; done += received) {
-            if (!succeeded(interface->readPipe(buffer, received, {600ms, 2000ms})))
-                return state.SkipWithError("a read failed");
-        }
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(total) * state.iterations());
-    interface->close();
-    device->close();
 }
 
-void Synchronous(benchmark::State& state)
+/// Three quarters of a second of a paced wire, or a fraction of one of memory's speed.
+std::size_t bytesFor(double megabytesPerSecond)
 {
-    const std::size_t total = bytesFor(paceOf(state));
-    ByteBuffer buffer(static_cast<std::size_t>(state.range(1)));
-    MockedUsbBus bus;
-    MockedUsbCamera camera(bus, {}, paceOf(state));
+    return static_cast<std::size_t>(megabyte
+                                    * (megabytesPerSecond > 0 ? 0.75 * megabytesPerSecond : 256));
+}
+
+/// A camera on the mocked bus, opened by libusb.
+class Wire {
+public:
+    explicit Wire(double megabytesPerSecond)
+        : camera(bus_, {}, megabytesPerSecond * megabyte)
+    {
+        require(libusb_init(&context) == 0);
+        handle = libusb_open_device_with_vid_pid(context, camera.description().vendorID,
+                                                 camera.description().productID);
+        require(handle != nullptr && libusb_claim_interface(handle, 0) == 0);
+    }
+
+    ~Wire()
+    {
+        libusb_close(handle);
+        libusb_exit(context);
+    }
+
+    Wire(const Wire&) = delete;
+    Wire& operator=(const Wire&) = delete;
+
+private:
+    MockedUsbBus bus_;
+
+public:
+    MockedUsbCamera camera;
     libusb_context* context = nullptr;
-    libusb_init(&context);
-    libusb_device_handle* handle = libusb_open_device_with_vid_pid(
-        context, camera.description().vendorID, camera.description().productID);
-    if (handle == nullptr || libusb_claim_interface(handle, 0) != 0)
-        return state.SkipWithError("the mocked camera could not be opened");
-    for (auto _ : state) {
-        state.PauseTiming();
-        camera.send(ByteBuffer(total));
-        state.ResumeTiming();
+    libusb_device_handle* handle = nullptr;
+};
+
+/// MB/s, for reads that answer with the number of bytes received.
+std::vector<double> rates(Wire& wire, std::size_t total, const std::function<std::size_t()>& read)
+{
+    std::vector<double> values;
+    for (int i = -1; i < repetitions; ++i) {
+        wire.camera.send(ByteBuffer(total));
+        const double seconds = secondsOf([&] {
+            for (std::size_t done = 0; done < total;)
+                done += read();
+        });
+        if (i >= 0)
+            values.push_back(static_cast<double>(total) / megabyte / seconds);
+    }
+    return values;
+}
+
+std::vector<double> synchronousRates(double pace, std::size_t readSize)
+{
+    Wire wire(pace);
+    ByteBuffer buffer(readSize);
+    return rates(wire, bytesFor(pace), [&] {
         int received = 0;
-        for (std::size_t done = 0; done < total; done += static_cast<std::size_t>(received)) {
-            if (libusb_bulk_transfer(handle, bulkInEndpoint, buffer.data(),
+        require(libusb_bulk_transfer(wire.handle, bulkInEndpoint, buffer.data(),
                                      static_cast<int>(buffer.size()), &received, readTimeout)
-                != 0)
-                return state.SkipWithError("a read failed");
+                == 0);
+        return static_cast<std::size_t>(received);
+    });
+}
+
+std::vector<double> queuedRates(double pace, std::size_t readSize,
+                                BulkInQueue::Shape shape = BulkInQueue::usualShape)
+{
+    Wire wire(pace);
+    const UsbEventThread events(wire.context);
+    BulkInQueue queue(wire.handle, bulkInEndpoint, packetSize,
+                      std::make_shared<std::atomic<bool>>(false), shape);
+    require(succeeded(queue.start()));
+    ByteBuffer buffer(readSize);
+    std::vector<double> values = rates(wire, bytesFor(pace), [&] {
+        std::size_t received = 0;
+        require(succeeded(queue.read(buffer, received, {600ms, 2000ms})));
+        return received;
+    });
+    queue.stop();
+    return values;
+}
+
+void measureAt(double pace)
+{
+    const auto bare = synchronousRates(pace, largeRead);
+    const Limit limit =
+        pace > 0 ? Limit{pace, "the wire"} : Limit{median(bare), "bare libusb, 512 KiB at a time"};
+    const std::string wire = pace > 0 ? fmt::format("{:.0f} MB/s", pace) : "memory's speed";
+    print({fmt::format("wire of {}: queued, reads of 5 KiB", wire), "MB/s",
+           queuedRates(pace, smallRead), limit});
+    print({fmt::format("wire of {}: queued, reads of 16 MiB", wire), "MB/s",
+           queuedRates(pace, 16384 * kibibyte), limit});
+    print({"  bare libusb, 5 KiB at a time", "MB/s", synchronousRates(pace, smallRead), limit});
+    print({"  bare libusb, 512 KiB at a time", "MB/s", bare, limit});
+}
+
+void measureShapes(double pace)
+{
+    for (const std::size_t size : {16U, 32U, 64U, 128U, 256U, 512U}) {
+        for (const std::size_t depth : {2U, 4U, 8U, 16U, 32U}) {
+            if (size * depth > 8192)
+                continue;
+            const auto values = queuedRates(pace, smallRead, {depth, size * kibibyte});
+            print({fmt::format("  {} transfers of {} KiB", depth, size), "MB/s", values,
+                   pace > 0 ? std::optional(Limit{pace, "the wire"}) : std::nullopt});
         }
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(total) * state.iterations());
-    libusb_close(handle);
-    libusb_exit(context);
 }
-
-void shapes(benchmark::internal::Benchmark* benchmark)
-{
-    benchmark->ArgNames({"MB/s", "read"})
-        ->ArgsProduct({{40, 0}, {5120}})
-        ->Iterations(1)
-        ->UseRealTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Repetitions(5)
-        ->ReportAggregatesOnly();
-}
-
-BENCHMARK(Queued)->Apply(shapes);
-BENCHMARK(Synchronous)->Apply(shapes);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    printTitle("Bulk in, mocked USB");
+    if (argc > 1 && std::string_view(argv[1]) == "--shapes") {
+        measureShapes(argc > 2 ? std::atof(argv[2]) : 0);
+        return 0;
+    }
+    for (const double pace : {40.0, 400.0, 0.0})
+        measureAt(pace);
+    return 0;
+}

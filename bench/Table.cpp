@@ -41,8 +41,8 @@ void print(const Figure& figure)
     const std::string spread = figure.values.size() > 1
         ? fmt::format("{} to {}", number(*least), number(*most))
         : std::string("once");
-    std::string line = fmt::format("{:<52} {:>9} {:<9} {:>20}", figure.name, number(middle),
-                                   figure.unit, spread);
+    std::string line =
+        fmt::format("{:<52} {:>9} {:<9} {:>20}", figure.name, number(middle), figure.unit, spread);
     if (figure.limit) {
         line += fmt::format("  {:>9} {:>6.2f}  {}", number(figure.limit->value),
                             middle / figure.limit->value, figure.limit->name);
