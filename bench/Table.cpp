@@ -45,7 +45,8 @@ void print(const Figure& figure)
         fmt::format("{:<52} {:>9} {:<9} {:>20}", figure.name, number(middle), figure.unit, spread);
     if (figure.limit) {
         line += fmt::format("  {:>9} {:>6.2f}  {}", number(figure.limit->value),
-                            middle / figure.limit->value, figure.limit->name);
+                            figure.limit->times.value_or(middle / figure.limit->value),
+                            figure.limit->name);
     }
     printLine(line);
 }

@@ -12,6 +12,10 @@ namespace nivor::bench {
 struct Limit {
     double value;      ///< in the figure's unit
     std::string name;  ///< a few words: "plain write", "60 Hz"
+
+    /// How many times it the figure is, where the two were measured in pairs; absent: the ratio of
+    /// the median to `value`.
+    std::optional<double> times{};
 };
 
 /// One line of the table.

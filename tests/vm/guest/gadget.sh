@@ -3,11 +3,14 @@
 gadget=/sys/kernel/config/usb_gadget/camera
 card=/tmp/card
 
+# load_gadget_modules [SPEED]: "high", or "super".
 load_gadget_modules() {
-    modprobe dummy_hcd is_high_speed=1 is_super_speed=0
+    is_super=0
+    [ "${1:-high}" = high ] || is_super=1
+    modprobe dummy_hcd is_high_speed=1 is_super_speed=$is_super
     modprobe libcomposite
     modprobe usb_f_fs
-    mount -t configfs configfs /sys/kernel/config
+    [ -d /sys/kernel/config/usb_gadget ] || mount -t configfs configfs /sys/kernel/config
 }
 
 # describe_gadget SERIAL: a still-image device of high speed with one function.
@@ -55,4 +58,17 @@ start_camera() {
     wait_for 30 [ -e /dev/ffs-mtp/ep2 ] || refuse "the responder did not start: $(cat /tmp/umtprd.log)"
     basename /sys/class/udc/* >"$gadget/UDC"
     wait_for 30 plugged "$1" || refuse "the responder did not turn up on the bus"
+}
+
+# stop_camera SERIAL PROCESS: pulls the device out, ends what answers for it, and forgets both.
+stop_camera() {
+    echo >"$gadget/UDC"
+    wait_for 30 gone "$1" || refuse "the device is still on the bus"
+    kill "$2"
+    wait_for 10 [ ! -e "/proc/$2" ] || refuse "process $2 does not end"
+    umount /dev/ffs-mtp
+    rm "$gadget/configs/c.1/ffs.mtp"
+    rmdir "$gadget/configs/c.1/strings/0x409" "$gadget/configs/c.1" "$gadget/functions/ffs.mtp" \
+        "$gadget/strings/0x409" "$gadget"
+    rmmod dummy_hcd
 }

@@ -2,6 +2,7 @@
 #   base     busybox, the udev daemon, the gadget responder, the modules; changes hardly ever
 #   program  the program under test and its shared libraries
 #   window   the one with a window; only for the scenarios that need it
+#   bench    the programs that measure; likewise
 #   scripts  the guest's own scripts; made anew for every run
 
 # Prints the shared libraries of the programs given, the dynamic loader included.
@@ -88,14 +89,15 @@ prepare_images() {
     fi
 }
 
-# Writes the complete image of scenario $1 to $2; $3 is a further archive for it, or empty.
+# Writes the complete image of scenario $1 to $2, with the further archives that come behind.
 assemble_image() {
-    local scenario=$1 target=$2 further=$3 root=$2.scripts
+    local scenario=$1 target=$2 root=$2.scripts
+    shift 2
     rm -rf "$root"
     mkdir -p "$root/guest"
     install -m 755 "$vm_source/guest/init" "$root/init"
     cp "$vm_source"/guest/*.sh "$vm_source/scenarios/$scenario/guest.sh" "$root/guest/"
     pack "$root" "$target.scripts.cpio"
-    cat "$base_image" "$program_image" ${further:+"$further"} "$target.scripts.cpio" >"$target"
+    cat "$base_image" "$program_image" "$@" "$target.scripts.cpio" >"$target"
     rm -rf "$root" "$target.scripts.cpio"
 }

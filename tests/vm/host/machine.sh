@@ -5,6 +5,8 @@
 #   PASS SECONDS NAME     it passed
 #   FAIL SECONDS NAME     it failed; the console log tells why
 #   TIMING NAME VALUE UNIT
+#   FIGURE WORKLOAD|WHO|VALUE|UNIT
+#                         what one client measured; the host makes a table of them at the end
 #   HOST plug CAMERA      plug in the camera whose content is the folder of that name
 #   HOST unplug           pull it out
 #   HOST plug-stick       plug in an empty USB stick; once a run, for a scenario with a stick_size
@@ -47,7 +49,7 @@ follow_guest() {
     while IFS= read -r -u "$1" line; do
         printf '%s\n' "$line" >>"$run/results.log"
         case $line in
-        'STEP '*) ;;
+        'STEP '* | 'FIGURE '*) ;;
         'PASS '* | 'FAIL '*)
             read -r verdict seconds name <<<"$line"
             [[ $verdict == PASS ]] || steps_failed=$((steps_failed + 1))
@@ -132,7 +134,7 @@ show_log() {
 
 # Runs one scenario; fails if any step of it did.
 run_scenario() {
-    local scenario=$1 run=$work/runs/$1 first_camera='' needs_window='' stick_size=''
+    local scenario=$1 run=$work/runs/$1 first_camera='' needs_window='' needs_bench='' stick_size=''
     local steps_failed=0 done_line='' machine_status=0 started
     rm -rf "$run"
     mkdir -p "$run/cameras" "$run/kept"
@@ -144,7 +146,8 @@ run_scenario() {
     # shellcheck source=/dev/null
     source "$vm_source/scenarios/$scenario/host.sh"
     make_cameras
-    assemble_image "$scenario" "$run/image.cpio" "${needs_window:+$window_image}"
+    assemble_image "$scenario" "$run/image.cpio" ${needs_window:+"$window_image"} \
+        ${needs_bench:+"$bench_image"}
 
     note "$scenario: booting"
     started=$SECONDS
