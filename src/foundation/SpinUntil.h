@@ -10,10 +10,19 @@ namespace nivor {
 /// and many times that where processors fall asleep with their threads.
 inline constexpr std::chrono::microseconds spinTime{50};
 
+/// On a single processor, whoever is waited for can't go on before this thread sleeps.
+inline bool isSpinningWorthwhile()
+{
+    static const bool isWorthwhile = std::thread::hardware_concurrency() != 1;
+    return isWorthwhile;
+}
+
 /// Asks `isMet` until it is true or the time is over; answers what it said last. Lets other threads
 /// run in between. `isMet` must be safe to call while another thread makes it true.
 template <typename Condition> bool spinUntil(Condition&& isMet)
 {
+    if (!isSpinningWorthwhile())
+        return isMet();
     const auto end = std::chrono::steady_clock::now() + spinTime;
     while (!isMet()) {
         if (std::chrono::steady_clock::now() >= end)

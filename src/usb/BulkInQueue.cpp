@@ -66,6 +66,7 @@ void BulkInQueue::stop()
     }
     line_.clear();
     idle_.clear();
+    extras_.clear();
     inFlight_ = 0;
     surplus_ = 0;
 }
@@ -85,6 +86,8 @@ void BulkInQueue::onFinished(BulkInTransfer& transfer)
         *gone_ = true;
     else if (transfer.failed())
         onFailure(transfer);
+    else
+        readAhead(transfer);
     if (dropping_)
         dropFinished();
     else
@@ -246,7 +249,7 @@ void BulkInQueue::deviceLeft()
 BulkInQueue::Shape BulkInQueue::shape() const
 {
     const Lock lock(mutex_);
-    return {.depth = line_.size() + idle_.size() - surplus_, .transferSize = transferSize_};
+    return {.depth = depth_, .transferSize = transferSize_};
 }
 
 }  // namespace nivor

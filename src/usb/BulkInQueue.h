@@ -24,7 +24,8 @@
 namespace nivor {
 
 /// A ring of transfers stays in flight from `start` to `stop`, so that the wire never waits for
-/// the program; reads are served from finished transfers, in order and byte for byte.
+/// the program; reads are served from finished transfers, in order and byte for byte. While the
+/// reader is busy with what it has read, more transfers take the places of the finished ones.
 ///
 /// What a read sees does not depend on the ring's shape, but for this: bytes arrive for it when
 /// their transfer is full or has ended, so less than a transfer's worth may be on its way unseen.
@@ -50,6 +51,10 @@ public:
     /// The kernel lets all programs together hold 16 MiB; of that this is an eighth.
     static constexpr Shape usualShape{16, std::size_t{128} * 1024};
     static constexpr std::size_t smallestTransfer = std::size_t{16} * 1024;
+
+    /// Bytes that may have come and wait for the reader; behind that the wire waits. Half of what
+    /// a fast wire carries while 16 MiB are written to a file.
+    static constexpr std::size_t mostUnread = std::size_t{8} * 1024 * 1024;
 
     /// `gone` is the device's own flag, which the queue both sets and heeds. `most`: the ring's
     /// shape where the kernel has the memory, with transfers no smaller than the smallest.
@@ -101,6 +106,7 @@ private:
     UsbResult restart(Lock& lock);
     void halve();
     void addSpare();
+    void readAhead(const BulkInTransfer& finished);
     void onFinished(BulkInTransfer& transfer) override;
     void onFailure(BulkInTransfer& transfer);
     void cancelNewestFirst();
@@ -123,8 +129,10 @@ private:
     ContainerBoundary boundary_;
     std::vector<std::unique_ptr<BulkInTransfer>> line_;  // submitted, the oldest first; short
     std::vector<std::unique_ptr<BulkInTransfer>> idle_;
+    std::vector<std::unique_ptr<BulkInTransfer>> extras_;  // for when the reader is busy
     std::size_t inFlight_ = 0;  // those of the line that have not finished
     std::size_t surplus_ = 0;   // how many leave the ring once they are cancelled
+    std::size_t depth_ = 0;     // transfers that belong to the ring, idle ones included
     std::size_t transferSize_ = 0;
     bool stopped_ = true;
     bool failed_ = false;   // a transfer failed: the ring runs out, then starts anew

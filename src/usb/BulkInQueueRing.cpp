@@ -14,6 +14,7 @@ UsbResult BulkInQueue::fillRing(std::size_t transferSize)
 {
     // Only whole packets: the device must never send more than the rest of a buffer holds.
     transferSize_ = transferSize - transferSize % maxPacketSize_;
+    depth_ = most_.depth;
     idle_.clear();
     UsbResult result = UsbResult::Success;
     for (std::size_t i = 0; i < most_.depth && succeeded(result); ++i) {
@@ -36,6 +37,7 @@ UsbResult BulkInQueue::fillRing(std::size_t transferSize)
 void BulkInQueue::halve()
 {
     surplus_ = line_.size() / 2;
+    depth_ = line_.size() - surplus_;
     for (std::size_t i = line_.size() - surplus_; i < line_.size(); ++i)
         line_[i]->cancel();
 }
@@ -71,10 +73,37 @@ UsbResult BulkInQueue::submitIdle(std::size_t kept)
 /// the camera has not confirmed, has none behind it: a short packet at its end would have left one.
 void BulkInQueue::addSpare()
 {
-    if (!idle_.empty() || line_.size() > most_.depth)
+    if (!idle_.empty() || inFlight_ > depth_)
         return;
     if (auto spare = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this))
         idle_.push_back(std::move(spare));
+}
+
+/// Keeps the wire going while the reader is busy: for each transfer that has filled, another one.
+void BulkInQueue::readAhead(const BulkInTransfer& finished)
+{
+    const bool isHeldBack = failed_ || paused_ || stopped_ || dropping_ || *gone_ || surplus_ > 0;
+    const bool isFull = succeeded(finished.outcome()) && !finished.endedShort();
+    if (isHeldBack || !isFull || 2 * inFlight_ >= depth_
+        || line_.size() * transferSize_ >= mostUnread)
+        return;
+    std::unique_ptr<BulkInTransfer> extra;
+    if (extras_.empty()) {
+        // The kernel's shared memory would be held for as long as the transfer exists.
+        extra = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this,
+                                       BulkInTransfer::Memory::Heap);
+    } else {
+        extra = std::move(extras_.back());
+        extras_.pop_back();
+    }
+    if (!extra)
+        return;
+    if (succeeded(extra->submit())) {
+        line_.push_back(std::move(extra));
+        ++inFlight_;
+    } else {
+        extras_.push_back(std::move(extra));
+    }
 }
 
 /// Starts the ring anew once it has run out. The lock is open meanwhile.
@@ -126,12 +155,15 @@ void BulkInQueue::retireFront()
     const bool isHeldBack = failed_ || paused_ || stopped_ || *gone_;
     // Most likely the end of an answer: this one goes behind the next write.
     const bool endsAnswer = transfer->endedShort() && idle_.empty() && inFlight_ > 0;
+    if (transfer->endedShort())
+        extras_.clear();
     if (surplus_ > 0 && transfer->outcome() == UsbResult::Aborted) {
         --surplus_;
-    } else if (isHeldBack || endsAnswer) {
+    } else if ((isHeldBack && idle_.size() < depth_) || endsAnswer) {
         idle_.push_back(std::move(transfer));
-    } else if (line_.size() + idle_.size() >= most_.depth) {
-        // The ring is whole without this one, for there was a spare.
+    } else if (isHeldBack || inFlight_ + idle_.size() >= depth_) {
+        // The ring is whole without this one: there was a spare, or it was read ahead into.
+        extras_.push_back(std::move(transfer));
     } else {
         // If the kernel has no memory for it now, it waits until the ring has run out.
         static_cast<void>(submit(std::move(transfer)));
