@@ -6,6 +6,8 @@
 //
 // Prints a line "NAME|VALUE|UNIT", as the null client does.
 
+#include "Effort.h"
+
 #include "content/ContentLoader.h"
 #include "content/CopyProgress.h"
 #include "content/CopyRun.h"
@@ -17,7 +19,6 @@
 #include "usb/SystemCameraAgent.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -26,11 +27,7 @@
 namespace {
 
 using namespace nivor;
-
-double secondsSince(std::chrono::steady_clock::time_point began)
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
-}
+using nivor::bench::Effort;
 
 [[noreturn]] void giveUp(const std::string& what)
 {
@@ -45,13 +42,13 @@ ContentListing load(PTPCommunication& engine, double& seconds)
     const auto observer = [&done](const ContentLoader::Progress& progress) {
         done = progress.done;
     };
-    const auto began = std::chrono::steady_clock::now();
+    const Effort effort;
     ContentLoader loader(engine, {.thumbnails = false}, observer, [] { return false; });
     ContentLoader::Result result = loader.load();
-    seconds = secondsSince(began);
+    seconds = effort.seconds();
     if (result.end != ContentLoader::End::Complete || result.failedObjects > 0)
         giveUp("the listing is not complete: " + result.failure);
-    std::fprintf(stderr, "%zu objects in %.3f s\n", done, seconds);
+    effort.tell(done, "objects");
     return std::move(result.listing);
 }
 
@@ -67,15 +64,15 @@ void copyLargest(PTPCommunication& engine, RollingLogger& logger, const ContentL
         giveUp("the camera is empty");
     CopyRunObserver observer;
     CopyRun run(engine, logger, listing.handles, observer);
-    const auto began = std::chrono::steady_clock::now();
+    const Effort effort;
     const CopyResult result =
         run.startCopyingItems({*largest}, destination, std::make_shared<CopyProgress>());
-    const double seconds = secondsSince(began);
+    const double seconds = effort.seconds();
+    effort.tell((*largest)->objectCompressedSize(), "bytes");
     if (result.copiedCount() != 1)
         giveUp("not copied: " + (result.files.empty() ? "nothing" : result.files[0].failure));
     const auto bytes = static_cast<double>((*largest)->objectCompressedSize());
     std::printf("program|%.3f|MB/s\n", bytes / seconds / 1e6);
-    std::fprintf(stderr, "%.0f bytes in %.3f s\n", bytes, seconds);
 }
 
 }  // namespace

@@ -2,17 +2,21 @@
 // kernel and libusb alone take.
 //
 // usage: nivor-null-client list
-//        nivor-null-client read DEPTHxKIB…    (1x512: synchronous reads of 512 KiB)
+//        nivor-null-client read [--into FILE] DEPTHxKIB…    (1x512: synchronous reads of 512 KiB)
 //
 // Prints a line "NAME|VALUE|UNIT" for each figure. What comes before the first request, and the
 // session, are not part of it.
 
 #include "BareCamera.h"
+#include "Effort.h"
 #include "ReadingWays.h"
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -115,22 +119,18 @@ private:
     std::vector<Object> objects_;
 };
 
-double secondsSince(std::chrono::steady_clock::time_point began)
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
-}
-
 void list(BareCamera& camera)
 {
-    const auto began = std::chrono::steady_clock::now();
+    const Effort effort;
     const Listing listing(camera);
-    const double seconds = secondsSince(began);
+    const double seconds = effort.seconds();
     std::printf("null client|%.2f|objects/s\n",
                 static_cast<double>(listing.objects().size()) / seconds);
-    std::fprintf(stderr, "%zu objects in %.3f s\n", listing.objects().size(), seconds);
+    effort.tell(listing.objects().size(), "objects");
 }
 
-void read(BareCamera& camera, std::span<const std::string> ways)
+/// `path`: where the object is written to each time, until it is on the disk; empty: nowhere.
+void read(BareCamera& camera, std::span<const std::string> ways, const std::string& path)
 {
     const Listing listing(camera);
     const auto largest =
@@ -140,13 +140,20 @@ void read(BareCamera& camera, std::span<const std::string> ways)
         giveUp("the camera is empty", 0);
     for (const std::string& text : ways) {
         const ReadingWay way = ReadingWay::parse(text);
-        const auto began = std::chrono::steady_clock::now();
-        const std::uint64_t bytes = readObject(camera, largest->handle, way);
-        const double seconds = secondsSince(began);
-        std::printf("%s|%.3f|MB/s\n", way.text().c_str(),
+        ::unlink(path.c_str());
+        const Effort effort;
+        const int file = path.empty()
+            ? -1
+            : ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+        if (!path.empty() && file < 0)
+            giveUp("no file to write to", errno);
+        const std::uint64_t bytes = readObject(camera, largest->handle, way, file);
+        if (file >= 0 && (::fsync(file) != 0 || ::close(file) != 0))
+            giveUp("the file is not on the disk", errno);
+        const double seconds = effort.seconds();
+        std::printf("%s%s|%.3f|MB/s\n", way.text().c_str(), path.empty() ? "" : ", written",
                     static_cast<double>(bytes) / seconds / 1e6);
-        std::fprintf(stderr, "%llu bytes in %.3f s\n", static_cast<unsigned long long>(bytes),
-                     seconds);
+        effort.tell(bytes, "bytes");
     }
 }
 
@@ -156,14 +163,15 @@ int main(int argc, char* argv[])
 {
     const std::vector<std::string> words(argv + 1, argv + argc);
     const bool isList = words.size() == 1 && words[0] == "list";
+    const bool isInto = words.size() > 3 && words[1] == "--into";
     if (!isList && (words.size() < 2 || words[0] != "read")) {
-        std::fputs("usage: nivor-null-client list | read DEPTHxKIB…\n", stderr);
+        std::fputs("usage: nivor-null-client list | read [--into FILE] DEPTHxKIB…\n", stderr);
         return 2;
     }
     BareCamera camera;
     if (isList)
         list(camera);
     else
-        read(camera, std::span(words).subspan(1));
+        read(camera, std::span(words).subspan(isInto ? 3 : 1), isInto ? words[2] : std::string());
     return EXIT_SUCCESS;
 }

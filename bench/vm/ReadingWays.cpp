@@ -1,9 +1,9 @@
 #include "ReadingWays.h"
 
-#include <algorithm>
-#include <array>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
-#include <memory>
 #include <vector>
 
 namespace nivor::bench {
@@ -13,6 +13,7 @@ constexpr std::uint16_t getObject = 0x1009;
 
 /// What has come of one answer: counts the data, and notices the response behind it.
 struct Answer {
+    int file;
     std::uint64_t length = 0;
     std::uint64_t received = 0;
     bool isComplete = false;
@@ -23,10 +24,18 @@ struct Answer {
             length = u32At(bytes, 0);
         if (length == 0)
             giveUp("data expected", static_cast<int>(bytes.size()));
-        if (received < length)
+        if (received < length) {
+            write(bytes.subspan(received == 0 ? containerHeader : 0));
             received += bytes.size();
-        else if (!bytes.empty())
+        } else if (!bytes.empty()) {
             isComplete = u16At(bytes, 4) == responseContainer;
+        }
+    }
+
+    void write(std::span<const std::uint8_t> bytes) const
+    {
+        if (file >= 0 && ::write(file, bytes.data(), bytes.size()) != std::ssize(bytes))
+            giveUp("the file takes no more", errno);
     }
 };
 
@@ -126,9 +135,9 @@ std::string ReadingWay::text() const
                       : "libusb, " + std::to_string(depth) + " x " + size + " queued";
 }
 
-std::uint64_t readObject(BareCamera& camera, std::uint32_t handle, const ReadingWay& way)
+std::uint64_t readObject(BareCamera& camera, std::uint32_t handle, const ReadingWay& way, int file)
 {
-    Answer answer;
+    Answer answer{.file = file};
     if (way.depth > 1) {
         Ring ring(camera, way, answer);
         camera.send(getObject, {&handle, 1});

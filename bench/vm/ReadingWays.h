@@ -1,4 +1,5 @@
-/// Ways to read an object from a camera and throw its bytes away.
+/// Ways to read an object from a camera: its bytes are thrown away, or written to a file as they
+/// are.
 #pragma once
 
 #include "BareCamera.h"
@@ -21,6 +22,7 @@ struct ReadingWay {
 };
 
 /// Asks for the object and reads its data and the response; the bytes of the data with the header.
-std::uint64_t readObject(BareCamera& camera, std::uint32_t handle, const ReadingWay& way);
+/// The object goes to the open file `file`, straight from where libusb has put it; -1: nowhere.
+std::uint64_t readObject(BareCamera& camera, std::uint32_t handle, const ReadingWay& way, int file);
 
 }  // namespace nivor::bench

@@ -81,10 +81,11 @@ stop_machine() {
 
 # Boots scenario $1 and follows it to its end; sets machine_status besides what follow_guest sets.
 run_machine() {
-    local scenario=$1 monitor results
+    local scenario=$1 monitor results processor_thread=multi
+    [[ -z $is_clock_counted ]] || processor_thread=single
     local arguments=(
         -nodefaults -no-user-config -display none -no-reboot
-        -accel "tcg,thread=multi" -machine q35 -cpu qemu64 -smp 1 -m 1024
+        -accel "tcg,thread=$processor_thread" -machine q35 -cpu qemu64 -smp 1 -m 1024
         -kernel "$kernel/vmlinux" -initrd "$run/image.cpio"
         -append "console=ttyS0 quiet panic=-1 mitigations=off nokaslr cryptomgr.notests \
 tsc=reliable no_timer_check rcupdate.rcu_expedited=1 random.trust_cpu=on audit=0"
@@ -97,6 +98,10 @@ tsc=reliable no_timer_check rcupdate.rcu_expedited=1 random.trust_cpu=on audit=0
         -virtfs "local,path=$run/kept,mount_tag=kept,security_model=none,multidevs=remap"
         -device "qemu-xhci,id=xhci"
     )
+    if [[ -n $is_clock_counted ]]; then
+        # A nanosecond an instruction, and none while all that runs is waiting.
+        arguments+=(-icount "shift=0,sleep=off")
+    fi
     if [[ -n $first_camera ]]; then
         arguments+=(-device "usb-mtp,$camera_options,serial=$first_camera,rootdir=$run/cameras/$first_camera")
     fi
@@ -135,6 +140,7 @@ show_log() {
 # Runs one scenario; fails if any step of it did.
 run_scenario() {
     local scenario=$1 run=$work/runs/$1 first_camera='' needs_window='' needs_bench='' stick_size=''
+    local is_clock_counted=''
     local steps_failed=0 done_line='' machine_status=0 started
     rm -rf "$run"
     mkdir -p "$run/cameras" "$run/kept"
