@@ -1,326 +1,234 @@
-// The window: its start, a long list handed over, sorted, resized and scrolled, and how long the
-// event loop is ever kept from its work while the camera is read and copied from.
+// The window with a hundred thousand objects and with a million: handed over, sorted, resized,
+// selected and scrolled; how long its event loop is ever kept from its work; what it takes of
+// memory.
 
-#include "app/AppDelegate.h"
-#include "app/EventLoopQueue.h"
-#include "app/FolderChooser.h"
-#include "app/LocalizedText.h"
-#include "app/MainWindow.h"
+#include "HeapUse.h"
+#include "ManyObjects.h"
+#include "Measuring.h"
+#include "Table.h"
+#include "Watchdog.h"
+#include "WindowProgram.h"
+
 #include "app/OutlineView.h"
 #include "app/ThumbnailSlider.h"
 #include "datasets/ObjectInfoData.h"
-#include "logging/RollingLogger.h"
-#include "ptp/PTPCommunication.h"
-#include "simulator/MemoryCard.h"
-#include "simulator/SimulatedHost.h"
-#include "support/PeakMemory.h"
+#include "datasets/Thumbnail.h"
 
 #include <QApplication>
-#include <QBuffer>
-#include <QProcess>
 #include <QScrollBar>
-#include <QSettings>
-#include <QTimer>
+
+#include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <filesystem>
-#include <functional>
-#include <vector>
+#include <array>
+#include <random>
 
 namespace {
 
 using namespace nivor;
-using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
-namespace fs = std::filesystem;
+using namespace nivor::bench;
 
-constexpr int folderCount = 1'000;
-constexpr int filesPerFolder = 99;
+constexpr double perSecond = 1000;  // milliseconds
 constexpr int foldersWithThumbnails = 100;
 
-double milliseconds(Clock::duration time)
-{
-    return std::chrono::duration<double, std::milli>(time).count();
-}
+const Limit prompt{100, "felt as prompt"};
+const Limit frame{1000.0 / 60, "60 Hz"};
+const Limit attention{1000, "train of thought"};
 
-double timeOf(const std::function<void()>& work)
-{
-    const auto began = Clock::now();
-    work();
-    return milliseconds(Clock::now() - began);
-}
-
-void print(const char* what, std::vector<double> values, const char* unit, double limit)
-{
-    std::sort(values.begin(), values.end());
-    std::printf("%-52s %10.1f %-5s  (%.1f to %.1f, limit %.0f)\n", what, values[values.size() / 2],
-                unit, values.front(), values.back(), limit);
-    std::fflush(stdout);
-}
-
-class NoAlerts : public Alerts {
-public:
-    int runModal(const Alert& /*alert*/) override { return 0; }
-};
-
-class NoFolder : public FolderChooser {
-public:
-    std::optional<QUrl> chooseFolder() override { return std::nullopt; }
-};
-
-/// Notes the longest time in which the event loop has handled nothing.
-class Watchdog {
-public:
-    Watchdog()
-    {
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { beat(); });
-        timer_.setTimerType(Qt::PreciseTimer);
-        timer_.start(1ms);
-    }
-
-    void reset()
-    {
-        last_ = Clock::now();
-        longest_ = 0;
-    }
-
-    double longest()
-    {
-        beat();
-        return longest_;
-    }
-
-private:
-    void beat()
-    {
-        const auto now = Clock::now();
-        longest_ = std::max(longest_, milliseconds(now - last_));
-        last_ = now;
-    }
-
-    QTimer timer_;
-    Clock::time_point last_ = Clock::now();
-    double longest_ = 0;
-};
-
-ByteBuffer thumbnailFile()
-{
-    QImage image(160, 120, QImage::Format_RGB32);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, qRgb(x, 2 * y, (x * y) % 256));
-    }
-    QByteArray file;
-    QBuffer buffer(&file);
-    image.save(&buffer, "JPEG", 80);
-    return {file.begin(), file.end()};
-}
-
-/// The whole program but for its real screen, on a card of 100,000 objects.
-class Program {
-public:
-    Program()
-    {
-        fs::create_directories(folder_);
-        logger_.setLogBaseName("Bench");
-        logger_.setSaveDirectory(folder_ / "log");
-        window.setController(controller);
-        controller.awakeFromNib();
-        window.resize(1000, 800);
-        window.show();
-    }
-
-    void plugIn()
-    {
-        const ByteBuffer thumbnail = thumbnailFile();
-        for (int i = 0; i < folderCount; ++i) {
-            const std::uint32_t parent = card_->addFolder(u"FOLDER");
-            for (int j = 0; j < filesPerFolder; ++j) {
-                const auto name = QStringLiteral("IMG_%1.JPG").arg((i * 7919 + j * 104729) % 99991);
-                const std::uint32_t file = card_->addFile(name.toStdU16String(), 60'000, parent);
-                if (i < foldersWithThumbnails)
-                    card_->setThumbnail(file, thumbnail);
-            }
-        }
-        host_->attach(std::make_shared<SimulatedCamera>(card_));
-    }
-
-    /// Turns the event loop until the condition is met; a tick every second, as in the program.
-    void turnUntil(const std::function<bool()>& isMet)
-    {
-        auto nextTick = Clock::now() + 1s;
-        while (!isMet()) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
-            if (Clock::now() >= nextTick) {
-                controller.checkNIVORConnectionTimerFire();
-                window.updateStatus();
-                nextTick = Clock::now() + 1s;
-            }
-        }
-    }
-
-private:
-    fs::path folder_ = fs::current_path() / "bench-files" / "window";
-    RollingLogger logger_;
-    std::shared_ptr<MemoryCard> card_ = std::make_shared<MemoryCard>();
-    std::shared_ptr<SimulatedHost> host_ = std::make_shared<SimulatedHost>();
-    PTPCommunication engine_{{.host = host_, .logger = &logger_, .agentPause = {}}};
-    EventLoopQueue mainQueue_;
-    QSettings settings_{QString::fromStdString((folder_ / "settings.ini").string()),
-                        QSettings::IniFormat};
-    NoAlerts alerts_;
-    NoFolder chooser_;
-
-public:
-    MainWindow window{mainQueue_, settings_};
-    AppDelegate controller{{.engine = engine_,
-                            .logger = logger_,
-                            .mainQueue = mainQueue_,
-                            .window = window,
-                            .alerts = alerts_,
-                            .folderChooser = chooser_,
-                            .settings = settings_,
-                            .vendorID = anyVendorID,
-                            .version = "0",
-                            .logDirectory = folder_ / "log"}};
-};
-
-/// In a process of its own: tells on the output when the window was first painted.
-int startOnce()
-{
-    Program program;
-    program.window.repaint();
-    std::printf(
-        "%lld\n",
-        static_cast<long long>(Clock::now().time_since_epoch() / std::chrono::microseconds(1)));
-    return 0;
-}
-
-void measureStart(const QString& self)
+std::vector<double> repeated(int times, const std::function<void(int)>& work)
 {
     std::vector<double> values;
-    for (int i = -1; i < 9; ++i) {
-        const auto began = Clock::now().time_since_epoch() / std::chrono::microseconds(1);
-        QProcess process;
-        process.start(self, {QStringLiteral("--start-once")});
-        process.waitForFinished();
-        const auto painted = process.readAllStandardOutput().trimmed().toLongLong();
-        // The first one only brings the libraries into memory.
-        if (i >= 0)
-            values.push_back(static_cast<double>(painted - began) / 1000.0);
+    for (int i = 0; i < times; ++i)
+        values.push_back(secondsOf([&] { work(i); }) * perSecond);
+    return values;
+}
+
+class Measured {
+public:
+    explicit Measured(int total)
+        : total_(total)
+        , view_(program_.window.outlineView())
+    {
     }
-    print("start to first paint, warm", values, "ms", 300);
-}
 
-void measureList()
-{
-    Watchdog watchdog;
-    Program program;
-    MainWindow& window = program.window;
-    OutlineView& view = window.outlineView();
-    const nivor::test::PeakMemory memory;
-    program.plugIn();
-    std::printf("%-52s %10.0f MiB\n", "the card itself, in the simulated camera",
-                memory.mebibytes());
+    void run()
+    {
+        printTitle(fmt::format("The window with {} objects", total_));
+        list();
+        handOver();
+        sort();
+        slide();
+        select();
+        scroll();
+        measureMemory();
+    }
 
-    constexpr int total = folderCount * (filesPerFolder + 1);
-    watchdog.reset();
-    const auto began = Clock::now();
-    program.turnUntil([&] { return window.objects().size() == total; });
-    const double listing = milliseconds(Clock::now() - began);
-    std::printf("%-52s %10.0f objects/s\n", "listing with the window, delays included",
-                total / listing * 1000);
-    print("longest pause of the event loop while listing", {watchdog.longest()}, "ms", 100);
+private:
+    void list()
+    {
+        fill(program_.card(), {.total = total_, .foldersWithThumbnails = foldersWithThumbnails});
+        Watchdog watchdog;
+        const double seconds = program_.list(total_);
+        print({"listing with the window, delays included", "objects/s", {total_ / seconds}});
+        print(
+            {"longest pause of the event loop while listing", "ms", {watchdog.longest()}, prompt});
+        program_.settle();
+    }
 
-    const auto repeat = [](int times, const std::function<void(int)>& work) {
-        std::vector<double> values;
-        for (int i = 0; i < times; ++i)
-            values.push_back(timeOf([&] { work(i); }));
-        return values;
-    };
-    print("hand-over: reload and expand all, 100,000 objects",
-          repeat(7,
-                 [&](int) {
-                     window.reloadData();
-                     window.expandAllItems();
-                     view.viewport()->repaint();
-                 }),
-          "ms", 500);
-    print("sort by name, size or date, with the reload",
-          repeat(9,
-                 [&](int i) {
-                     constexpr std::array<SortKey, 3> keys{
-                         SortKey::ObjectCompressedSize, SortKey::ModifiedDate, SortKey::FileName};
-                     program.controller.sortDescriptorsDidChange(
-                         {{keys.at(static_cast<std::size_t>(i % 3)), i % 2 == 0}});
-                     view.viewport()->repaint();
-                 }),
-          "ms", 500);
-    print("a step of the slider",
-          repeat(21,
-                 [&](int i) {
-                     window.thumbnailExpandSlider().setValue((i * 50) % 1000);
-                     view.viewport()->repaint();
-                 }),
-          "ms", 50);
-    print("select all, and none",
-          repeat(6,
-                 [&](int) {
-                     program.controller.selectAllButtonWasClicked();
-                     QCoreApplication::processEvents();
-                     view.viewport()->repaint();
-                 }),
-          "ms", 100);
-    QScrollBar& bar = *view.verticalScrollBar();
-    print("a frame of scrolling, thumbnails on their way",
-          repeat(300,
-                 [&](int i) {
-                     bar.setValue(i * view.viewport()->height() / 3);
-                     view.viewport()->repaint();
-                     QCoreApplication::processEvents();
-                 }),
-          "ms", 1000.0 / 60);
-}
+    void handOver()
+    {
+        print({"hand-over: reload, expand all, repaint", "ms",
+               repeated(7,
+                        [&](int) {
+                            program_.window.reloadData();
+                            program_.window.expandAllItems();
+                            repaint();
+                        }),
+               attention});
+    }
 
+    void sort()
+    {
+        const auto by = [&](const char* name, SortKey key) {
+            print({name, "ms",
+                   repeated(6,
+                            [&](int i) {
+                                program_.controller.sortDescriptorsDidChange({{key, i % 2 != 0}});
+                                repaint();
+                            }),
+                   attention});
+        };
+        by("sort by size, with the reload", SortKey::ObjectCompressedSize);
+        by("sort by date, with the reload", SortKey::ModifiedDate);
+        by("sort by name, with the reload", SortKey::FileName);
+    }
+
+    void slide()
+    {
+        print({"a step of the slider", "ms",
+               repeated(21,
+                        [&](int i) {
+                            program_.window.thumbnailExpandSlider().setValue((i * 50) % 1000);
+                            repaint();
+                        }),
+               prompt});
+    }
+
+    void select()
+    {
+        const auto toggle = [&](int) {
+            program_.controller.selectAllButtonWasClicked();
+            QCoreApplication::processEvents();
+            repaint();
+        };
+        std::vector<double> all;
+        std::vector<double> none;
+        for (int i = 0; i < 7; ++i) {
+            all.push_back(repeated(1, toggle).front());
+            none.push_back(repeated(1, toggle).front());
+        }
+        print({"select all", "ms", all, prompt});
+        print({"select none", "ms", none, prompt});
+    }
+
+    void scroll()
+    {
+        QScrollBar& bar = *view_.verticalScrollBar();
+        const auto show = [&](int value) {
+            bar.setValue(value);
+            repaint();
+            QCoreApplication::processEvents();
+        };
+        // Where the thumbnails are, and each row three times on the screen.
+        print({"a frame of scrolling, thumbnails on their way", "ms",
+               repeated(600, [&](int i) { show(i * bar.pageStep() / 3); }), frame});
+        std::mt19937 random(1);
+        std::uniform_int_distribution<int> anywhere(0, bar.maximum());
+        print({"a jump to anywhere in the list", "ms",
+               repeated(100, [&](int) { show(anywhere(random)); }), frame});
+    }
+
+    /// The window's share is measured on a model and a view of their own. The listing's is what
+    /// becomes free when the camera is unplugged and nothing else holds on to it.
+    void measureMemory()
+    {
+        std::shared_ptr<ObjectList> objects = program_.controller.dataModels();
+        double thumbnails = 0;
+        for (const auto& object : *objects)
+            thumbnails +=
+                object->thumbnail() ? static_cast<double>(object->thumbnail()->fileSize()) : 0.0;
+        const double empty = heapInUse();
+        {
+            ObjectListModel model;
+            model.reload(objects);
+            const double withModel = heapInUse();
+            OutlineView view(model);
+            view.expandAllItems();
+            static_cast<void>(view.numberOfRows());
+            const double withView = heapInUse();
+            printPerObject("heap of the window's model", withModel - empty);
+            printPerObject("heap of the window's list, all expanded", withView - withModel);
+        }
+        program_.unplug();
+        program_.turnUntil([&] { return program_.window.objects().size() == 0; });
+        const double withListing = heapInUse();
+        objects.reset();
+        printPerObject("heap of the listing, thumbnails aside",
+                       withListing - heapInUse() - thumbnails);
+    }
+
+    void printPerObject(const char* name, double bytes) const
+    {
+        print({name, "B/object", {bytes / total_}});
+    }
+
+    void repaint() { view_.viewport()->repaint(); }
+
+    const int total_;
+    WindowProgram program_;
+    OutlineView& view_;
+};
+
+/// Files of 60 kB, from a camera without a pace of its own.
 void measureCopy()
 {
+    printTitle("The window while 1000 files of 60 kB are copied");
+    constexpr int total = 1010;
+    WindowProgram program;
+    fill(program.card(), {.total = total});
+    program.list(total);
+    program.settle();
+    const std::filesystem::path folder = workFolder() / "window" / "copies";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
     Watchdog watchdog;
-    Program program;
-    program.plugIn();
-    program.turnUntil([&] {
-        return program.window.objects().size() > 3'000 && !program.controller.isUpdateView();
-    });
-    ObjectList items = *program.controller.dataModels();
-    items.resize(std::min<std::size_t>(items.size(), 1'000));
-    const fs::path folder = fs::current_path() / "bench-files" / "window" / "copies";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
-    watchdog.reset();
-    const double time = timeOf([&] {
+    const double seconds = secondsOf([&] {
         program.controller.startCopyingItems(
-            items, QUrl::fromLocalFile(QString::fromStdString(folder.string())));
+            *program.controller.dataModels(),
+            QUrl::fromLocalFile(QString::fromStdString(folder.string())));
     });
-    print("longest pause of the event loop while copying", {watchdog.longest()}, "ms", 100);
+    print({"longest pause of the event loop while copying", "ms", {watchdog.longest()}, prompt});
+    const ObjectList& items = *program.controller.dataModels();
     const auto files = std::count_if(items.begin(), items.end(),
                                      [](const auto& item) { return !item->isAssociation(); });
-    std::printf("%-52s %10.0f files/s\n", "files of 60 kB copied under the panel",
-                static_cast<double>(files) / time * 1000);
-    fs::remove_all(folder);
-    program.controller.setIsClosed(true);
+    print({"files copied under the panel", "files/s", {static_cast<double>(files) / seconds}});
+    std::filesystem::remove_all(folder);
 }
 
 }  // namespace
 
+/// Sizes may be given as arguments.
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    beginWithoutScreen();
     const QApplication application(argc, argv);
-    installTexts(QStringLiteral("en"));
-    if (QApplication::arguments().contains(QStringLiteral("--start-once")))
-        return startOnce();
-    measureStart(QApplication::applicationFilePath());
-    measureList();
+    installEnglish();
+    const QStringList sizes = QApplication::arguments().mid(1);
+    for (const QString& size : sizes)
+        Measured(size.toInt()).run();
+    if (!sizes.isEmpty())
+        return 0;
+    for (const int total : {100'000, 1'000'000})
+        Measured(total).run();
     measureCopy();
 }
