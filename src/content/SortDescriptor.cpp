@@ -1,5 +1,6 @@
 #include "content/SortDescriptor.h"
 
+#include "content/LocalMoments.h"
 #include "datasets/ObjectInfoData.h"
 #include "datasets/TrimmingNullCharacters.h"
 
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <compare>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -18,7 +18,7 @@ namespace {
 /// What an object is compared by, worked out once: a sort asks for it again and again.
 struct Ranked {
     std::shared_ptr<ObjectInfoData> object;
-    std::optional<QCollatorSortKey> name;
+    std::optional<QCollatorSortKey> name;  ///< what no descriptor asks for stays empty
     qint64 milliseconds = 0;
     std::uint64_t size = 0;
 };
@@ -35,24 +35,26 @@ QCollator nameCollator()
     return collator;
 }
 
-qint64 millisecondsOf(const QDateTime& date)
+bool asksFor(const SortDescriptors& descriptors, SortKey key)
 {
-    return date.isValid() ? date.toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
+    return std::any_of(descriptors.begin(), descriptors.end(),
+                       [key](const SortDescriptor& by) { return by.key == key; });
 }
 
 std::vector<Ranked> ranked(ObjectList& objects, const SortDescriptors& descriptors)
 {
-    const bool needsNames =
-        std::any_of(descriptors.begin(), descriptors.end(),
-                    [](const SortDescriptor& by) { return by.key == SortKey::FileName; });
+    const bool needsNames = asksFor(descriptors, SortKey::FileName);
+    const bool needsDates = asksFor(descriptors, SortKey::ModifiedDate);
     const QCollator collator = nameCollator();
+    LocalMoments moments;
     std::vector<Ranked> list;
     list.reserve(objects.size());
     for (auto& object : objects) {
         Ranked& entry = list.emplace_back();
         if (needsNames)
             entry.name = collator.sortKey(NVX_stringByTrimmingNullCharacters(object->fileName()));
-        entry.milliseconds = millisecondsOf(object->modifiedDate());
+        if (needsDates)
+            entry.milliseconds = moments.millisecondsOf(object->modifiedDate());
         entry.size = object->objectCompressedSize();
         entry.object = std::move(object);
     }
