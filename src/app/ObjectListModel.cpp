@@ -45,6 +45,7 @@ void ObjectListModel::reload(const std::shared_ptr<const ObjectList>& objects)
     beginResetModel();
     nodes_.assign(1, Node());
     numbers_.clear();
+    searches_ = 0;
     if (objects)
         build(*objects);
     endResetModel();
@@ -81,17 +82,30 @@ std::shared_ptr<ObjectInfoData> ObjectListModel::object(const QModelIndex& index
 
 QModelIndex ObjectListModel::indexOf(const ObjectInfoData* object) const
 {
+    const NodeNumber number = object == nullptr ? 0 : numberOf(object);
+    if (number == 0)
+        return {};
+    const NodeNumber first = nodes_[nodes_[number].parent].firstChild;
+    return createIndex(static_cast<int>(number - first), NameColumn, quintptr{number});
+}
+
+/// 0 when it is not shown.
+ObjectListModel::NodeNumber ObjectListModel::numberOf(const ObjectInfoData* object) const
+{
+    // A reload that keeps its place looks for two or three: to search is quicker by far then.
+    constexpr int mostSearches = 4;
+    if (numbers_.isEmpty() && searches_++ < mostSearches) {
+        const auto found =
+            std::find_if(nodes_.begin() + 1, nodes_.end(),
+                         [object](const Node& node) { return node.object.get() == object; });
+        return found == nodes_.end() ? 0 : static_cast<NodeNumber>(found - nodes_.begin());
+    }
     if (numbers_.isEmpty()) {
         numbers_.reserve(size());
         for (NodeNumber number = 1; number < nodes_.size(); ++number)
             numbers_.insert(nodes_[number].object.get(), number);
     }
-    const auto found = numbers_.constFind(object);
-    if (found == numbers_.cend())
-        return {};
-    const NodeNumber number = found.value();
-    const NodeNumber first = nodes_[nodes_[number].parent].firstChild;
-    return createIndex(static_cast<int>(number - first), NameColumn, quintptr{number});
+    return numbers_.value(object, 0);
 }
 
 bool ObjectListModel::isFolder(const QModelIndex& index) const

@@ -69,10 +69,12 @@ private:
 
     void build(const ObjectList& objects);
     [[nodiscard]] NodeNumber numberOf(const QModelIndex& index) const;
+    [[nodiscard]] NodeNumber numberOf(const ObjectInfoData* object) const;
     [[nodiscard]] QVariant text(const QModelIndex& index) const;
 
     std::vector<Node> nodes_;
-    mutable QHash<const ObjectInfoData*, NodeNumber> numbers_;  ///< made when it is first needed
+    mutable QHash<const ObjectInfoData*, NodeNumber> numbers_;  ///< made when many are looked for
+    mutable int searches_ = 0;  ///< without them, since the last reload
     QLocale locale_;
 };
 
