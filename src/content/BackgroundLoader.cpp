@@ -79,6 +79,7 @@ void BackgroundLoader::load(LoadNumber number)
 /// The result without its listing, which is on its way to the model.
 ContentLoader::Result BackgroundLoader::list(LoadNumber number)
 {
+    nextSnapshot_ = {};
     ContentLoader loader(
         engine_, {.thumbnails = true},
         [this, number](const ContentLoader::Progress& progress) { noteProgress(progress, number); },
@@ -110,12 +111,23 @@ void BackgroundLoader::noteProgress(const ContentLoader::Progress& progress, Loa
 {
     setProgress(
         {.load = number, .isLoading = true, .done = progress.done, .total = progress.total});
-    if (!model_.isUpdateView() && !isOver(number)) {
-        ContentListing snapshot = *progress.listing;
-        sortObjects(snapshot.objects, sortDescriptors());
-        model_.publish(number, std::move(snapshot));
-    }
+    if (!model_.isUpdateView() && !isOver(number) && Clock::now() >= nextSnapshot_)
+        publishSnapshot(number, *progress.listing);
     priority_.waitWhileClaimed([this, number] { return isOver(number); });
+}
+
+/// The camera waits meanwhile, and so does the user while it is shown. With a million objects that
+/// takes seconds, so a snapshot that took long is followed by none for some time.
+void BackgroundLoader::publishSnapshot(LoadNumber number, ContentListing listing)
+{
+    constexpr auto notWorthSaving = std::chrono::milliseconds(50);
+    constexpr int pauseFactor = 9;  // a tenth of the listing's time goes there at most
+    const auto began = Clock::now();
+    sortObjects(listing.objects, sortDescriptors());
+    model_.publish(number, std::move(listing));
+    const auto end = Clock::now();
+    if (end - began > notWorthSaving)
+        nextSnapshot_ = end + pauseFactor * (end - began);
 }
 
 bool BackgroundLoader::isOver(LoadNumber number) const

@@ -21,7 +21,8 @@ class MainQueue;
 class PTPCommunication;
 
 /// One load after another on a worker thread of its own. A load publishes into the model whenever
-/// its last snapshot has been taken (`isUpdateView` is clear), and the whole list in the end.
+/// its last snapshot has been taken (`isUpdateView` is clear), and the whole list in the end; when
+/// snapshots of a long list take long, it makes them more seldom.
 /// Operations belong to the main thread unless they say otherwise.
 class BackgroundLoader {
 public:
@@ -80,6 +81,7 @@ public:
     [[nodiscard]] OperationQueue& operationQueue() { return operationQueue_; }
 
 private:
+    using Clock = std::chrono::steady_clock;
     using LoadNumber = ContentModel::LoadNumber;
 
     /// How far a load is.
@@ -98,6 +100,7 @@ private:
     void load(LoadNumber number);
     ContentLoader::Result list(LoadNumber number);
     void publishAtLast(LoadNumber number, ContentListing listing);
+    void publishSnapshot(LoadNumber number, ContentListing listing);
     void noteProgress(const ContentLoader::Progress& progress, LoadNumber number);
     [[nodiscard]] bool isOver(LoadNumber number) const;
 
@@ -113,6 +116,8 @@ private:
     // Of the last load only: what an earlier one has to say comes too late.
     mutable std::mutex progressMutex_;
     Progress progress_;
+
+    Clock::time_point nextSnapshot_{};  ///< not before; the worker's own
 
     // Gone when the loader is: what waits in the main queue looks at it first.
     std::shared_ptr<const bool> lifeline_ = std::make_shared<const bool>(true);
