@@ -60,6 +60,8 @@ public:
         printTitle(fmt::format("{} stops at random moments of a copy at {} MB/s", stops,
                                megabytesPerSecond));
         measure("one film", film_);
+        printNote("The camera says nothing more once it has stopped, so that a read that is under "
+                  "way ends by its time-out.");
         measure("files of 60 kB", pictures_);
     }
 
