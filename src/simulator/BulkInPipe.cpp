@@ -19,6 +19,9 @@ constexpr std::chrono::milliseconds mostCatchingUp{10};
 // How often a paced read looks again while bytes trickle in.
 constexpr std::chrono::milliseconds pacedStep{2};
 
+// For whoever waits at a settled pipe to find out what happens next.
+constexpr std::chrono::milliseconds settledWait{20};
+
 // Keeps time arithmetic clear of overflow for a time-out of "for ever".
 constexpr std::chrono::hours longestWait{24};
 
@@ -62,6 +65,15 @@ void BulkInPipe::flush()
         const std::lock_guard guard(mutex_);
         transfers_.clear();
         position_ = 0;
+    }
+    changed_.notify_all();
+}
+
+void BulkInPipe::setSettled(bool isSettled)
+{
+    {
+        const std::lock_guard guard(mutex_);
+        isSettled_ = isSettled;
     }
     changed_.notify_all();
 }
@@ -234,11 +246,17 @@ BulkInPipe::Step BulkInPipe::move(std::unique_lock<std::mutex>& lock, Reading& r
     return Step::GoOn;
 }
 
-BulkInPipe::Step BulkInPipe::waitUntil(std::unique_lock<std::mutex>& lock, const Reading& reading,
+BulkInPipe::Step BulkInPipe::waitUntil(std::unique_lock<std::mutex>& lock, Reading& reading,
                                        Clock::time_point due)
 {
-    const Clock::time_point deadline = reading.deadline();
-    if (deadline <= Clock::now())
+    const Clock::time_point now = Clock::now();
+    if (!isSettled_)
+        reading.settledDeadline.reset();
+    else if (!reading.settledDeadline)
+        reading.settledDeadline = now + settledWait;
+    const Clock::time_point deadline =
+        std::min(reading.deadline(), reading.settledDeadline.value_or(Clock::time_point::max()));
+    if (deadline <= now)
         return Step::TimedOut;
     changed_.wait_until(lock, std::min(due, deadline));
     return Step::GoOn;

@@ -12,6 +12,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace nivor {
 
@@ -28,6 +29,10 @@ public:
 
     /// Takes back everything, a halt included.
     void flush();
+
+    /// The camera has confirmed a cancel: there is nothing to wait for until the next command, and
+    /// a host can know that, so reads that have nothing end soon.
+    void setSettled(bool isSettled);
 
     /// The camera leaves, for good.
     void disconnect();
@@ -55,6 +60,7 @@ private:
         Clock::duration noData;
         Clock::time_point noDataDeadline;
         Clock::time_point completionDeadline;
+        std::optional<Clock::time_point> settledDeadline{};
 
         [[nodiscard]] std::size_t room() const { return buffer.size() - filled; }
         [[nodiscard]] bool isFull() const { return room() == 0; }
@@ -65,8 +71,7 @@ private:
 
     Step advance(std::unique_lock<std::mutex>& lock, Reading& reading);
     Step move(std::unique_lock<std::mutex>& lock, Reading& reading, std::size_t count);
-    Step waitUntil(std::unique_lock<std::mutex>& lock, const Reading& reading,
-                   Clock::time_point due);
+    Step waitUntil(std::unique_lock<std::mutex>& lock, Reading& reading, Clock::time_point due);
     Step overrun(const InTransfer& transfer);
     std::size_t carriedByNow(std::size_t wanted, Clock::time_point now);
     Clock::time_point carriedAt(std::size_t bytes) const;
@@ -83,6 +88,7 @@ private:
     double bytesPerSecond_ = 0;
     Clock::time_point wireFreeAt_{};  // when the wire has carried all that was read
     bool connected_ = true;
+    bool isSettled_ = false;
 };
 
 }  // namespace nivor

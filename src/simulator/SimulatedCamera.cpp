@@ -166,6 +166,7 @@ UsbResult SimulatedCamera::cancel(ControlRequest& request)
         return UsbResult::Success;  // nothing of that transaction is under way
 
     unanswered_.reset();
+    isCancelled_ = true;
     busyPollsLeft_ = behaviour.busyPolls;
     busyForever_ = behaviour.neverOK;
     if (behaviour.response) {
@@ -191,6 +192,8 @@ UsbResult SimulatedCamera::reportStatus(ControlRequest& request)
     appendLittleEndian(status, statusSize);
     appendLittleEndian(
         status, static_cast<std::uint16_t>(isBusy ? ResponseCode::DeviceBusy : ResponseCode::OK));
+    if (!isBusy && isCancelled_)
+        pipe_->setSettled(true);
     request.transferred = std::min(status.size(), request.data.size());
     std::copy_n(status.begin(), request.transferred, request.data.begin());
     return UsbResult::Success;
@@ -210,6 +213,8 @@ void SimulatedCamera::forgetCancelling()
     unanswered_.reset();
     busyPollsLeft_ = 0;
     busyForever_ = false;
+    isCancelled_ = false;
+    pipe_->setSettled(false);
 }
 
 }  // namespace nivor

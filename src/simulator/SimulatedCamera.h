@@ -88,6 +88,7 @@ private:
     std::optional<std::uint32_t> unanswered_;  // a command that is met with silence
     unsigned busyPollsLeft_ = 0;
     bool busyForever_ = false;
+    bool isCancelled_ = false;  ///< the last transaction
 };
 
 }  // namespace nivor

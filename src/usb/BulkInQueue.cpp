@@ -15,6 +15,10 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds stopLimit{5000};
 constexpr std::chrono::milliseconds flushLimit{2000};
 
+// While everything is dropped a read can bring nothing; this leaves its caller the time to find out
+// that the transaction is over.
+constexpr std::chrono::milliseconds droppedWait{20};
+
 }  // namespace
 
 BulkInQueue::BulkInQueue(libusb_device_handle* handle, std::uint8_t endpoint,
@@ -117,6 +121,7 @@ UsbResult BulkInQueue::read(std::span<std::uint8_t> buffer, std::size_t& receive
         return *gone_ ? UsbResult::NoDevice : UsbResult::NotOpen;
     const auto lastEnd = Clock::now() + timeouts.completion;
     auto quietEnd = Clock::now() + timeouts.noData;
+    auto droppedEnd = Clock::time_point::max();
     const auto endedBy = [&received](UsbResult result) {
         return received > 0 ? UsbResult::Success : result;
     };
@@ -138,7 +143,8 @@ UsbResult BulkInQueue::read(std::span<std::uint8_t> buffer, std::size_t& receive
         const auto now = Clock::now();
         if (received > before)
             quietEnd = now + timeouts.noData;
-        const auto deadline = std::min(lastEnd, quietEnd);
+        droppedEnd = dropping_ ? std::min(droppedEnd, now + droppedWait) : Clock::time_point::max();
+        const auto deadline = std::min({lastEnd, quietEnd, droppedEnd});
         if (now >= deadline)
             return endedBy(UsbResult::TransactionTimeout);
         changed_.wait_until(lock, deadline);

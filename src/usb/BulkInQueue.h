@@ -80,6 +80,7 @@ public:
 
     /// From now on all that has come and comes is thrown away: the camera has confirmed that a
     /// transaction is cancelled, and a host that reads without queueing would never see the rest.
+    /// Reads, the one under way included, end soon with what they have.
     void dropUntilWrite();
 
     /// To be called before each write: ends the dropping, throwing away what is there by now, in

@@ -171,4 +171,19 @@ TEST_F(CancelTest, ForgetsAllAtADeviceReset)
     host.openSession();
 }
 
+TEST_F(CancelTest, AReadThatWaitsWhenTheCancelIsConfirmedEndsSoon)
+{
+    host.camera->setFaults(FaultPlan().on(OperationCode::GetStorageIDs, fault::Silence{}));
+    ASSERT_EQ(host.send(OperationCode::GetStorageIDs), UsbResult::Success);
+    constexpr UsbTimeouts minute{std::chrono::seconds(60), std::chrono::seconds(60)};
+    auto reading = std::async(std::launch::async, [&] { return host.read(5120, minute); });
+    EXPECT_EQ(host.cancel(host.transactionID), UsbResult::Success);
+    EXPECT_THAT(host.status(), statusOK);
+    ASSERT_EQ(reading.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    EXPECT_EQ(reading.get().result, UsbResult::TransactionTimeout);
+    // From the next command on everything is waited for again.
+    host.camera->setPace({.perTransaction = std::chrono::milliseconds(100)});
+    EXPECT_TRUE(host.respond(OperationCode::CloseSession).isResponse());
+}
+
 }  // namespace nivor::test

@@ -1,4 +1,5 @@
 // What a read of the bulk-in pipe sees, through the real libusb.
+#include "usb/BulkInQueue.h"
 #include "support/ConnectedCamera.h"
 #include "usb/LibusbInterface.h"
 
@@ -148,6 +149,31 @@ TEST_F(BulkInQueueTest, AReadMaySpanManyTransfersOfTheRing)
     const ByteBuffer object = numberedBytes(9'000'001);
     camera_.camera.send(object);
     EXPECT_EQ(camera_.read(16 * 1024 * 1024).bytes, object);
+}
+
+TEST_F(BulkInQueueTest, TheWireGoesOnWhileTheReaderIsBusy)
+{
+    constexpr std::size_t transferSize = std::size_t{128} * 1024;
+    constexpr std::size_t mostUnread = BulkInQueue::mostUnread / transferSize;
+    const ByteBuffer object = numberedBytes(12 * 1024 * 1024 + 100);
+    const auto submissions = [this] { return camera_.camera.usbfs().counters().submissions; };
+    camera_.camera.send(object);
+    ByteBuffer all = camera_.read(5120).bytes;
+    for (int i = 0; i < 1000 && submissions() < mostUnread; ++i)
+        std::this_thread::sleep_for(5ms);
+    // Were the wire to go on without end, it would now.
+    std::this_thread::sleep_for(50ms);
+    EXPECT_GE(submissions(), mostUnread);
+    EXPECT_LE(submissions(), mostUnread + 1);
+
+    while (all.size() < object.size()) {
+        const ReadResult next = camera_.read(1024 * 1024);
+        ASSERT_EQ(next.result, UsbResult::Success);
+        all.insert(all.end(), next.bytes.begin(), next.bytes.end());
+    }
+    EXPECT_EQ(all, object);
+    EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 15U);
+    EXPECT_LE(camera_.camera.usbfs().counters().mostBytesInFlight, 16 * transferSize);
 }
 
 TEST_F(BulkInQueueTest, TouchesNothingBehindTheBytesReceived)
