@@ -60,8 +60,6 @@ public:
         printTitle(fmt::format("{} stops at random moments of a copy at {} MB/s", stops,
                                megabytesPerSecond));
         measure("one film", film_);
-        printNote("The camera says nothing more once it has stopped, so that a read that is under "
-                  "way ends by its time-out.");
         measure("files of 60 kB", pictures_);
     }
 
@@ -73,7 +71,8 @@ private:
         std::vector<double> usable;
         for (int i = 0; i < stops; ++i)
             stopOnce(items, microseconds(delay(random_)), confirmed, usable);
-        print({what + ": click to the camera's confirmation", "ms", confirmed, prompt});
+        if (!confirmed.empty())
+            print({what + ": click to the camera's confirmation", "ms", confirmed, prompt});
         print({what + ": click to a usable window", "ms", usable, prompt});
         if (confirmed.size() < stops) {
             printNote(fmt::format("{} stops fell between two files: there was nothing to confirm.",

@@ -5,7 +5,7 @@ packages_build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libqt6widgets6
     fonts-dejavu-core qt6-translations-l10n libqt6svg6 libxcb1-dev libusb-1.0-0-dev libfmt-dev libcli11-dev nlohmann-json3-dev
-    libbenchmark-dev libgtest-dev libgmock-dev libudev-dev libumockdev-dev umockdev
+    libgtest-dev libgmock-dev libudev-dev libumockdev-dev umockdev
 )
 packages_check=(
     clang-format clang-tidy cppcheck valgrind libc6-dbg
