@@ -89,9 +89,7 @@ void BulkInQueue::readAhead(const BulkInTransfer& finished)
         return;
     std::unique_ptr<BulkInTransfer> extra;
     if (extras_.empty()) {
-        // The kernel's shared memory would be held for as long as the transfer exists.
-        extra = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this,
-                                       BulkInTransfer::Memory::Heap);
+        extra = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this);
     } else {
         extra = std::move(extras_.back());
         extras_.pop_back();

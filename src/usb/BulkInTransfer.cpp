@@ -24,10 +24,10 @@ BulkInTransfer::~BulkInTransfer()
 
 std::unique_ptr<BulkInTransfer> BulkInTransfer::create(libusb_device_handle* handle,
                                                        std::uint8_t endpoint, std::size_t size,
-                                                       Owner& owner, Memory memory)
+                                                       Owner& owner)
 {
     std::unique_ptr<BulkInTransfer> made(new BulkInTransfer(handle, owner));
-    if (!made->allocate(size, memory))
+    if (!made->allocate(size))
         return nullptr;
     std::uint8_t* const buffer = made->deviceMemory_ ? made->deviceMemory_ : made->heap_.get();
     libusb_fill_bulk_transfer(made->transfer_, handle, endpoint, buffer, static_cast<int>(size),
@@ -35,14 +35,13 @@ std::unique_ptr<BulkInTransfer> BulkInTransfer::create(libusb_device_handle* han
     return made;
 }
 
-bool BulkInTransfer::allocate(std::size_t size, Memory memory)
+bool BulkInTransfer::allocate(std::size_t size)
 {
     size_ = size;
     transfer_ = libusb_alloc_transfer(0);
     if (!transfer_)
         return false;
-    if (memory == Memory::Shared)
-        deviceMemory_ = libusb_dev_mem_alloc(handle_, size);
+    deviceMemory_ = libusb_dev_mem_alloc(handle_, size);
     if (!deviceMemory_)
         heap_.reset(new (std::nothrow) std::uint8_t[size]);
     return deviceMemory_ || heap_;

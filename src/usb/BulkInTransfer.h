@@ -30,15 +30,10 @@ public:
         ~Owner() = default;
     };
 
-    /// Where the bytes go: into memory that the kernel shares, without a copy and counted against
-    /// what it lets all programs hold as long as the transfer exists; or into the heap. Without
-    /// the former it is the latter.
-    enum class Memory : std::uint8_t { Shared, Heap };
-
     /// Nothing when there is no memory for a buffer of `size` bytes.
     static std::unique_ptr<BulkInTransfer> create(libusb_device_handle* handle,
                                                   std::uint8_t endpoint, std::size_t size,
-                                                  Owner& owner, Memory memory = Memory::Shared);
+                                                  Owner& owner);
 
     ~BulkInTransfer();
 
@@ -86,7 +81,7 @@ public:
 private:
     BulkInTransfer(libusb_device_handle* handle, Owner& owner);
 
-    bool allocate(std::size_t size, Memory memory);
+    bool allocate(std::size_t size);
     static void LIBUSB_CALL callback(libusb_transfer* transfer);
 
     libusb_device_handle* handle_;
