@@ -198,7 +198,7 @@ public:
     /// Whether the last file that was copied or deleted failed. Any thread.
     [[nodiscard]] bool isError() const { return isError_; }
 
-    /// No file is on its way. Any thread.
+    /// No file is on its way from the camera. Any thread.
     [[nodiscard]] bool receivedComplete() const { return receivedComplete_; }
 
     /// A copy or a deletion is under way.

@@ -122,6 +122,7 @@ void CopyRun::copyItem(const std::shared_ptr<ObjectInfoData>& item, CopyTargets&
     file.object = item;
     file.failure = reasonNotToAsk(*item);
     if (!file.failure.empty()) {
+        observer_.fileWasReceived();
         awaitArrivals(0, *progress);
         conclude(result_.files.size() - 1, *progress);
         return;
@@ -175,7 +176,11 @@ void CopyRun::awaitArrivals(std::size_t most, const CopyProgress& progress)
             next.failure.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
         if (!isThere && arrivals_.size() <= most)
             return;
-        worker_.waitFor(next.failure, [&] { observer_.copyIsUnderWay(progress); });
+        worker_.waitFor(next.failure, [&] {
+            // There is nothing to cancel, but the user sees that the wish is known.
+            static_cast<void>(observer_.isStopRequested());
+            observer_.copyIsUnderWay(progress);
+        });
         const std::string failure = next.failure.get();
         CopiedFile& file = result_.files[next.index];
         // What failed first is the cause of the rest.

@@ -34,8 +34,8 @@ public:
     /// and the run ends after it.
     virtual void copyWasStopped(bool /*isConfirmed*/) { }
 
-    /// The transfer of the file that began last is over; its data may still be on its way to the
-    /// disk.
+    /// The transfer of the file that began last is over, or there is none; its data may still be on
+    /// its way to the disk.
     virtual void fileWasReceived() { }
 
     /// What has become of a file is known. `number`: its place among those that began, from 1; by

@@ -256,7 +256,7 @@ bool PTPCommunication::fetchWhole(OperationCode operation, const HandleBlock& ha
 {
     CommandContainer command(operation, 1);
     command.append(handle);
-    // The announced size is the camera's word: room is made as the bytes come, not before.
+    // The announced size is the camera's word: beyond 64 KiB room is made as the bytes come.
     ReceiveSlot received;
     const bool success = collect(command, objectSize + containerHeaderSize, bounds, received);
     if (!success || objectBinaryData == nullptr)

@@ -42,7 +42,7 @@ UsbResult BulkInQueue::start()
 {
     const Lock lock(mutex_);
     assert(stopped_ && line_.empty());
-    stopped_ = failed_ = stalled_ = paused_ = dropping_ = filledExactly_ = false;
+    stopped_ = failed_ = stalled_ = paused_ = dropping_ = filledExactly_ = isMemoryShort_ = false;
     surplus_ = 0;
     boundary_.restart();
     UsbResult result = UsbResult::NoMemory;

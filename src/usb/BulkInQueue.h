@@ -48,13 +48,14 @@ public:
         std::size_t transferSize;
     };
 
-    /// The kernel lets all programs together hold 16 MiB; of that this is an eighth.
+    /// The kernel lets all programs together hold 16 MiB; of that a ring is an eighth.
     static constexpr Shape usualShape{16, std::size_t{128} * 1024};
     static constexpr std::size_t smallestTransfer = std::size_t{16} * 1024;
 
-    /// Bytes that may have come and wait for the reader; behind that the wire waits. Half of what
-    /// a fast wire carries while 16 MiB are written to a file.
-    static constexpr std::size_t mostUnread = std::size_t{8} * 1024 * 1024;
+    /// Bytes of all transfers that are submitted or wait for the reader; behind that the wire
+    /// waits. Two programs that are both behind their disks leave the kernel a quarter of its
+    /// memory.
+    static constexpr std::size_t mostUnread = std::size_t{6} * 1024 * 1024;
 
     /// `gone` is the device's own flag, which the queue both sets and heeds. `most`: the ring's
     /// shape where the kernel has the memory, with transfers no smaller than the smallest.
@@ -107,6 +108,7 @@ private:
     UsbResult restart(Lock& lock);
     void halve();
     void addSpare();
+    std::unique_ptr<BulkInTransfer> takeExtra();
     void readAhead(const BulkInTransfer& finished);
     void onFinished(BulkInTransfer& transfer) override;
     void onFailure(BulkInTransfer& transfer);
@@ -128,7 +130,7 @@ private:
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     ContainerBoundary boundary_;
-    std::vector<std::unique_ptr<BulkInTransfer>> line_;  // submitted, the oldest first; short
+    std::vector<std::unique_ptr<BulkInTransfer>> line_;  // submitted, the oldest first
     std::vector<std::unique_ptr<BulkInTransfer>> idle_;
     std::vector<std::unique_ptr<BulkInTransfer>> extras_;  // for when the reader is busy
     std::size_t inFlight_ = 0;  // those of the line that have not finished
@@ -136,9 +138,10 @@ private:
     std::size_t depth_ = 0;     // transfers that belong to the ring, idle ones included
     std::size_t transferSize_ = 0;
     bool stopped_ = true;
-    bool failed_ = false;   // a transfer failed: the ring runs out, then starts anew
-    bool stalled_ = false;  // the endpoint has to be cleared before that
-    bool paused_ = false;   // somebody is about to start it anew
+    bool failed_ = false;         // a transfer failed: the ring runs out, then starts anew
+    bool stalled_ = false;        // the endpoint has to be cleared before that
+    bool isMemoryShort_ = false;  // for reading ahead; until the next short packet
+    bool paused_ = false;         // somebody is about to start it anew
     bool dropping_ = false;
     bool filledExactly_ = false;  // an empty packet may follow that belongs to the last read
 };

@@ -16,6 +16,8 @@ UsbResult BulkInQueue::fillRing(std::size_t transferSize)
     transferSize_ = transferSize - transferSize % maxPacketSize_;
     depth_ = most_.depth;
     idle_.clear();
+    // Nothing may fail between a submission and its place in the line.
+    line_.reserve(mostUnread / smallestTransfer + most_.depth + 2);
     UsbResult result = UsbResult::Success;
     for (std::size_t i = 0; i < most_.depth && succeeded(result); ++i) {
         auto transfer = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this);
@@ -75,33 +77,38 @@ void BulkInQueue::addSpare()
 {
     if (!idle_.empty() || inFlight_ > depth_)
         return;
-    if (auto spare = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this))
+    if (auto spare = takeExtra())
         idle_.push_back(std::move(spare));
+}
+
+std::unique_ptr<BulkInTransfer> BulkInQueue::takeExtra()
+{
+    if (extras_.empty())
+        return BulkInTransfer::create(handle_, endpoint_, transferSize_, *this);
+    auto extra = std::move(extras_.back());
+    extras_.pop_back();
+    return extra;
 }
 
 /// Keeps the wire going while the reader is busy: for each transfer that has filled, another one.
 void BulkInQueue::readAhead(const BulkInTransfer& finished)
 {
-    const bool isHeldBack = failed_ || paused_ || stopped_ || dropping_ || *gone_ || surplus_ > 0;
+    const bool isHeldBack = failed_ || paused_ || stopped_ || dropping_ || *gone_;
     const bool isFull = succeeded(finished.outcome()) && !finished.endedShort();
-    if (isHeldBack || !isFull || 2 * inFlight_ >= depth_
+    // Where the kernel had no memory for a whole ring, others need what there is.
+    const bool isMemoryShort = isMemoryShort_ || depth_ < most_.depth;
+    if (isHeldBack || !isFull || isMemoryShort || 2 * inFlight_ >= depth_
         || line_.size() * transferSize_ >= mostUnread)
         return;
-    std::unique_ptr<BulkInTransfer> extra;
-    if (extras_.empty()) {
-        extra = BulkInTransfer::create(handle_, endpoint_, transferSize_, *this);
-    } else {
-        extra = std::move(extras_.back());
-        extras_.pop_back();
-    }
-    if (!extra)
-        return;
-    if (succeeded(extra->submit())) {
+    auto extra = takeExtra();
+    if (extra && succeeded(extra->submit())) {
         line_.push_back(std::move(extra));
         ++inFlight_;
-    } else {
-        extras_.push_back(std::move(extra));
+        return;
     }
+    // Commands and cancel requests need some too. The next answer is another matter.
+    isMemoryShort_ = true;
+    extras_.clear();
 }
 
 /// Starts the ring anew once it has run out. The lock is open meanwhile.
@@ -153,8 +160,10 @@ void BulkInQueue::retireFront()
     const bool isHeldBack = failed_ || paused_ || stopped_ || *gone_;
     // Most likely the end of an answer: this one goes behind the next write.
     const bool endsAnswer = transfer->endedShort() && idle_.empty() && inFlight_ > 0;
-    if (transfer->endedShort())
+    if (transfer->endedShort()) {
         extras_.clear();
+        isMemoryShort_ = false;
+    }
     if (surplus_ > 0 && transfer->outcome() == UsbResult::Aborted) {
         --surplus_;
     } else if ((isHeldBack && idle_.size() < depth_) || endsAnswer) {

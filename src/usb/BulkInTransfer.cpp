@@ -26,8 +26,9 @@ std::unique_ptr<BulkInTransfer> BulkInTransfer::create(libusb_device_handle* han
                                                        std::uint8_t endpoint, std::size_t size,
                                                        Owner& owner)
 {
-    std::unique_ptr<BulkInTransfer> made(new BulkInTransfer(handle, owner));
-    if (!made->allocate(size))
+    // It is called from libusb's callbacks as well, which no error may leave.
+    std::unique_ptr<BulkInTransfer> made(new (std::nothrow) BulkInTransfer(handle, owner));
+    if (!made || !made->allocate(size))
         return nullptr;
     std::uint8_t* const buffer = made->deviceMemory_ ? made->deviceMemory_ : made->heap_.get();
     libusb_fill_bulk_transfer(made->transfer_, handle, endpoint, buffer, static_cast<int>(size),
