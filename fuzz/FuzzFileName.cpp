@@ -43,7 +43,8 @@ void requireLocalName(const QString& name)
     require(bytes.find('/') == std::string::npos && bytes.find('\0') == std::string::npos,
             "a local name is no path");
     require(bytes.size() <= 255, "a local name fits into a folder");
-    require(QString::fromStdString(bytes) == name, "a local name is valid UTF-16");
+    // Not by a look at what comes back from UTF-8: there a first U+FEFF is a mark and left out.
+    require(name.isValidUtf16(), "a local name is valid UTF-16");
     for (const QChar unit : name) {
         require(unit.category() != QChar::Other_Control, "a local name has no control characters");
         require(!changesDirection(unit.unicode()) && !separatesLines(unit.unicode()),
