@@ -73,9 +73,17 @@ void BulkInPipe::setSettled(bool isSettled)
 {
     {
         const std::lock_guard guard(mutex_);
+        if (isSettled && !isSettled_)
+            ++settledCount_;
         isSettled_ = isSettled;
     }
     changed_.notify_all();
+}
+
+bool BulkInPipe::isSettled() const
+{
+    const std::lock_guard guard(mutex_);
+    return isSettled_;
 }
 
 void BulkInPipe::disconnect()
@@ -127,9 +135,11 @@ UsbResult BulkInPipe::read(std::span<std::uint8_t> buffer, std::size_t& received
                     .filled = 0,
                     .noData = bounded(timeouts.noData),
                     .noDataDeadline = start + bounded(timeouts.noData),
-                    .completionDeadline = start + bounded(timeouts.completion)};
+                    .completionDeadline = start + bounded(timeouts.completion),
+                    .settledBefore = 0};
 
     std::unique_lock lock(mutex_);
+    reading.settledBefore = settledCount_;
     wireFreeAt_ = std::max(wireFreeAt_, start - mostCatchingUp);
     Step step = Step::GoOn;
     while (step == Step::GoOn)
@@ -159,6 +169,9 @@ BulkInPipe::Step BulkInPipe::advance(std::unique_lock<std::mutex>& lock, Reading
     if (!connected_)
         return Step::Left;
     if (reading.isFull())
+        return Step::Finished;
+    // Its part is of a transaction that is over; the next one's answer may be here already.
+    if (reading.filled > 0 && settledCount_ != reading.settledBefore)
         return Step::Finished;
     if (transfers_.empty())
         return waitUntil(lock, reading, Clock::time_point::max());
@@ -208,10 +221,13 @@ BulkInPipe::Step BulkInPipe::move(std::unique_lock<std::mutex>& lock, Reading& r
     if (transfer->vanishAfter)
         count = std::min<std::uint64_t>(count, *transfer->vanishAfter - from);
 
+    bytesSent_ += count;
     lock.unlock();
     const bool made = transfer->produce(from, reading.buffer.subspan(reading.filled, count));
     lock.lock();
 
+    if (!connected_ || !made)
+        bytesSent_ -= count;
     if (!connected_)
         return Step::Left;
     const bool isStillFirst = !transfers_.empty() && transfers_.front() == transfer;
@@ -223,7 +239,6 @@ BulkInPipe::Step BulkInPipe::move(std::unique_lock<std::mutex>& lock, Reading& r
 
     // What was cancelled meanwhile had left already.
     reading.filled += count;
-    bytesSent_ += count;
     if (bytesPerSecond_ > 0)
         wireFreeAt_ = carriedAt(count);
     reading.noDataDeadline = Clock::now() + reading.noData;

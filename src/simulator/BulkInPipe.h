@@ -31,8 +31,10 @@ public:
     void flush();
 
     /// The camera has confirmed a cancel: there is nothing to wait for until the next command, and
-    /// a host can know that, so reads that have nothing end soon.
+    /// a host can know that, so reads that have nothing end soon, and those that have a part at
+    /// once.
     void setSettled(bool isSettled);
+    [[nodiscard]] bool isSettled() const;
 
     /// The camera leaves, for good.
     void disconnect();
@@ -41,7 +43,7 @@ public:
     /// Bytes a second; 0 = no limit.
     void setRate(double bytesPerSecond);
 
-    /// Bytes that readers have taken so far.
+    /// Bytes that readers have taken so far, or are about to.
     [[nodiscard]] std::uint64_t bytesSent() const;
 
     /// As `UsbInterface::readPipe`. A time-out of 0 takes what is there already. A buffer that
@@ -60,6 +62,7 @@ private:
         Clock::duration noData;
         Clock::time_point noDataDeadline;
         Clock::time_point completionDeadline;
+        std::uint64_t settledBefore;  ///< how often the pipe had settled when it began
         std::optional<Clock::time_point> settledDeadline{};
 
         [[nodiscard]] std::size_t room() const { return buffer.size() - filled; }
@@ -89,6 +92,7 @@ private:
     Clock::time_point wireFreeAt_{};  // when the wire has carried all that was read
     bool connected_ = true;
     bool isSettled_ = false;
+    std::uint64_t settledCount_ = 0;
 };
 
 }  // namespace nivor

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <future>
+#include <thread>
 
 namespace nivor::test {
 
@@ -78,6 +79,26 @@ TEST_F(CancelTest, StopsFromAnotherThreadWhileAReadWaits)
     EXPECT_LT(part.bytes.size(), std::size_t{1} << 20);
     host.camera->setPace({});
     EXPECT_EQ(host.handles().size(), 1U);
+}
+
+TEST_F(CancelTest, KeepsTheNextAnswerOutOfAReadThatHasAPart)
+{
+    host.camera->setPace({.megabytesPerSecond = 1});
+    startTransfer();
+    const std::uint64_t sentBefore = host.camera->record().bytesSent;
+    auto reading =
+        std::async(std::launch::async, [&] { return host.read(std::size_t{1} << 20, patient); });
+    while (host.camera->record().bytesSent == sentBefore)
+        std::this_thread::sleep_for(1ms);
+    EXPECT_EQ(host.cancel(host.transactionID), UsbResult::Success);
+    EXPECT_THAT(host.status(), statusOK);
+    ASSERT_EQ(host.send(OperationCode::GetStorageIDs), UsbResult::Success);
+    const Received part = reading.get();
+    EXPECT_EQ(part.result, UsbResult::Success);
+    EXPECT_LT(part.bytes.size(), std::size_t{1} << 20);
+    EXPECT_EQ(part.bytes.size() % 512, 0U) << "an answer's bytes behind the film's packets";
+    EXPECT_TRUE(host.read().isData());
+    EXPECT_TRUE(host.read().isResponse());
 }
 
 TEST_F(CancelTest, StaysBusyForSomePolls)

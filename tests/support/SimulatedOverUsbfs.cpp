@@ -74,6 +74,7 @@ void SimulatedOverUsbfs::attach()
         pipe_ = attachment;
         plugged_ = true;
     }
+    bytesPassedOn_ = 0;
     carrier_ = std::thread([this, attachment] { carry(attachment); });
 }
 
@@ -95,6 +96,9 @@ void SimulatedOverUsbfs::plug()
 void SimulatedOverUsbfs::carry(const std::shared_ptr<BulkInPipe>& pipe)
 {
     for (;;) {
+        // The camera keeps what the computer does not take, so that a cancel can take it back.
+        while (usbfs().unsentBytes() > 0 && pipe->isConnected())
+            std::this_thread::sleep_for(100us);
         ByteBuffer bytes(pieceSize);
         std::size_t received = 0;
         const UsbResult result = pipe->read(bytes, received, patience);
@@ -106,10 +110,14 @@ void SimulatedOverUsbfs::carry(const std::shared_ptr<BulkInPipe>& pipe)
                 [&] { return usbfs().counters().clearedHalts > cleared || !pipe->isConnected(); });
             continue;
         }
+        // So ends a read once a cancel is confirmed.
+        if (result == UsbResult::TransactionTimeout)
+            continue;
         if (!succeeded(result))
             break;
         bytes.resize(received);
         passOn(*pipe, std::move(bytes), received < pieceSize);
+        bytesPassedOn_ += received;
     }
     // What has been sent has arrived before the device is gone.
     waitFor([&] { return usbfs().unsentBytes() == 0 || usbfs().waitingForIn() == 0; });
@@ -126,6 +134,13 @@ void SimulatedOverUsbfs::passOn(const BulkInPipe& pipe, ByteBuffer bytes, bool i
     mocked_.send(std::move(bytes), ends ? WireEnd::Marked : WireEnd::Open);
 }
 
+/// Of a cancelled transaction nothing comes any more once the camera has said so.
+void SimulatedOverUsbfs::takeBack(const BulkInPipe& pipe)
+{
+    waitFor([&] { return bytesPassedOn_ == pipe.bytesSent() || !pipe.isConnected(); });
+    usbfs().forgetIn();
+}
+
 std::optional<ByteBuffer> SimulatedOverUsbfs::control(const MockedSetup& setup, ByteView data)
 {
     const auto attachment = pipe();
@@ -140,6 +155,8 @@ std::optional<ByteBuffer> SimulatedOverUsbfs::control(const MockedSetup& setup, 
                            .data = bytes};
     if (!succeeded(camera_->control(request, *attachment)))
         return std::nullopt;
+    if (attachment->isSettled())
+        takeBack(*attachment);
     bytes.resize(isIn ? request.transferred : 0);
     return bytes;
 }

@@ -4,6 +4,8 @@
 #include "simulator/SimulatedCamera.h"
 #include "support/MockedUsbCamera.h"
 
+#include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -45,6 +47,7 @@ private:
     void detach();
     void carry(const std::shared_ptr<BulkInPipe>& pipe);
     void passOn(const BulkInPipe& pipe, ByteBuffer bytes, bool isWhole);
+    void takeBack(const BulkInPipe& pipe);
     [[nodiscard]] std::shared_ptr<BulkInPipe> pipe() const;
     std::optional<ByteBuffer> control(const MockedSetup& setup, ByteView data);
 
@@ -53,7 +56,8 @@ private:
     mutable std::mutex mutex_;
     std::shared_ptr<BulkInPipe> pipe_;
     bool plugged_ = false;
-    std::thread carrier_;  // from the simulated pipe to the mocked wire
+    std::atomic<std::uint64_t> bytesPassedOn_ = 0;  // of this attachment
+    std::thread carrier_;                           // from the simulated pipe to the mocked wire
 };
 
 }  // namespace nivor::test
