@@ -20,7 +20,7 @@ class FileHandle;
 /// thread adds; destroying the queue waits for all that was added.
 class DiskQueue {
 public:
-    /// Files at once: a journalling file system commits those that wait together in one go.
+    /// Files at once; with one it is slower, and with four not measurably faster.
     static constexpr std::size_t threadCount = 2;
 
     /// A caller should have no more under way: they are what a crash of the machine may lose.

@@ -10,7 +10,7 @@ namespace nivor {
 /// and many times that where processors fall asleep with their threads.
 inline constexpr std::chrono::microseconds spinTime{50};
 
-/// On a single processor, whoever is waited for can't go on before this thread sleeps.
+/// On a single processor it only takes time from whoever is waited for.
 inline bool isSpinningWorthwhile()
 {
     static const bool isWorthwhile = std::thread::hardware_concurrency() != 1;
