@@ -118,13 +118,14 @@ void BackgroundLoader::noteProgress(const ContentLoader::Progress& progress, Loa
 
 /// The camera waits meanwhile, and so does the user while it is shown. With a million objects that
 /// takes seconds, so a snapshot that took long is followed by none for some time.
-void BackgroundLoader::publishSnapshot(LoadNumber number, ContentListing listing)
+void BackgroundLoader::publishSnapshot(LoadNumber number, const ContentListing& listing)
 {
     constexpr auto notWorthSaving = std::chrono::milliseconds(50);
     constexpr int pauseFactor = 9;  // a tenth of the listing's time goes there at most
     const auto began = Clock::now();
-    sortObjects(listing.objects, sortDescriptors());
-    model_.publish(number, std::move(listing));
+    ContentListing snapshot = listing;
+    sortObjects(snapshot.objects, sortDescriptors());
+    model_.publish(number, std::move(snapshot));
     const auto end = Clock::now();
     if (end - began > notWorthSaving)
         nextSnapshot_ = end + pauseFactor * (end - began);

@@ -100,7 +100,7 @@ private:
     void load(LoadNumber number);
     ContentLoader::Result list(LoadNumber number);
     void publishAtLast(LoadNumber number, ContentListing listing);
-    void publishSnapshot(LoadNumber number, ContentListing listing);
+    void publishSnapshot(LoadNumber number, const ContentListing& listing);
     void noteProgress(const ContentLoader::Progress& progress, LoadNumber number);
     [[nodiscard]] bool isOver(LoadNumber number) const;
 
