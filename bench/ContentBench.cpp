@@ -1,6 +1,7 @@
 // Listing many objects, and copying many small files.
 
 #include "BareClient.h"
+#include "HeapUse.h"
 #include "Measuring.h"
 #include "Table.h"
 
@@ -20,8 +21,6 @@
 
 #include <QBuffer>
 #include <QImage>
-
-#include <malloc.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -125,13 +124,11 @@ void measureListing(std::size_t count, const ByteBuffer& thumbnail)
     for (int pair = 0; pair < pairs; ++pair) {
         camera.connect();
         program.push_back(secondsOf([&] {
-            const auto before = ::mallinfo2();
+            const double before = heapInUse();
             const ContentLoader::Result result = ContentLoader(camera.engine, {}).load();
-            const auto after = ::mallinfo2();
+            const double kept = heapInUse() - before;
             require(result.listing.objects.size() >= count);
-            bytes =
-                static_cast<double>(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd)
-                / static_cast<double>(result.listing.objects.size());
+            bytes = kept / static_cast<double>(result.listing.objects.size());
         }));
         camera.engine.disconnect();
         camera.plugIn();
