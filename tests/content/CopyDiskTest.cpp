@@ -212,6 +212,7 @@ TEST_F(CopyDisk, WhatFindsNoRoomOnAFullDiskIsNotAskedFor)
     EXPECT_EQ(requests(), 2U);
     EXPECT_EQ(filesInFolder(), 2U);
     EXPECT_THAT(observer.finished, ElementsAre("A.MOV", "B.MOV", "C.MOV", "D.JPG"));
+    EXPECT_EQ(observer.received, 4U);
     // Once, though two files were refused.
     EXPECT_THAT(log.messagesOf(copyEvent),
                 ElementsAre("startCopyingItems (copyItemCount = 4)",

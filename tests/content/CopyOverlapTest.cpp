@@ -160,6 +160,24 @@ TEST_F(CopyOverlap, AStopWaitsForWhatIsOnItsWay)
     EXPECT_EQ(result.filesNotBegun, 6U);
 }
 
+TEST_F(CopyOverlap, AStopIsSeenWhileTheDiskIsWaitedFor)
+{
+    // One more than may be on their way to the disk: the next turns are those of the wait.
+    const std::size_t received = DiskQueue::mostFiles + 1;
+    std::atomic<int> questions = 0;
+    observer.stopWhen = [&] {
+        if (observer.received == received)
+            ++questions;
+        return false;
+    };
+    std::atomic<bool> isAsked = false;
+    copyWhileAIsSynchronized([&] {
+        isAsked = comes([&] { return questions >= 3; });
+        return 0;
+    });
+    EXPECT_TRUE(isAsked);
+}
+
 TEST_F(CopyOverlap, AnErrorOfTheCallersLeavesNoThreadBehind)
 {
     observer.stopWhen = []() -> bool { throw std::runtime_error("the caller's own"); };

@@ -194,6 +194,7 @@ TEST_F(CopyRunTest, AnObjectThatIsNotListedFails)
     const CopyResult result = run.startCopyingItems(listing.objects, folder(), progress);
     EXPECT_EQ(result.failedCount(), 1U);
     EXPECT_EQ(filesInFolder(), 0U);
+    EXPECT_EQ(observer.received, 1U) << "it keeps nobody waiting";
 }
 
 TEST_F(CopyRunTest, TheCallerStaysResponsiveAndIsWokenAtOnce)

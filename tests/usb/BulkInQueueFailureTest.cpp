@@ -2,7 +2,11 @@
 #include "support/ConnectedCamera.h"
 #include "usb/LibusbInterface.h"
 
+#include <linux/ioctl.h>
+#include <linux/usbdevice_fs.h>
+
 #include <cerrno>
+#include <thread>
 
 namespace nivor {
 namespace {
@@ -99,6 +103,57 @@ TEST_F(BulkInQueueFailureTest, WithoutMemoryForARestartTheReadSaysSoAndTheNextTr
     usbfs().setMemoryLimit(16 * 1024 * 1024);
     camera_.camera.send(numberedBytes(12));
     EXPECT_EQ(camera_.read(5120).bytes, numberedBytes(12));
+}
+
+constexpr std::size_t usualTransfer = std::size_t{128} * 1024;
+
+/// Sends an object that the ring does not hold; what is left of it for the wire once as much has
+/// come as comes before the computer reads.
+std::size_t leftByTheRing(MockedUsbCamera& camera, const ByteBuffer& object)
+{
+    camera.send(object);
+    EXPECT_TRUE(happens([&] { return camera.usbfs().counters().bytesInFlight == 0; }));
+    // Were more to be read ahead, it would be now.
+    std::this_thread::sleep_for(50ms);
+    return camera.usbfs().unsentBytes();
+}
+
+ByteBuffer readAll(ConnectedCamera& camera, std::size_t size)
+{
+    ByteBuffer all;
+    while (all.size() < size) {
+        const ReadResult next = camera.read(1024 * 1024);
+        if (!succeeded(next.result))
+            break;
+        all.insert(all.end(), next.bytes.begin(), next.bytes.end());
+    }
+    return all;
+}
+
+TEST_F(BulkInQueueFailureTest, WithoutMemoryNothingIsReadAheadUntilTheNextAnswer)
+{
+    const ByteBuffer object = numberedBytes(4 * 1024 * 1024 + 100);
+    usbfs().failNext(USBDEVFS_SUBMITURB, ENOMEM);
+    EXPECT_EQ(leftByTheRing(camera_.camera, object), object.size() - 15 * usualTransfer);
+    EXPECT_EQ(readAll(camera_, object.size()), object);
+    EXPECT_EQ(usbfs().waitingForIn(), 15U);
+
+    camera_.camera.send(object);
+    EXPECT_TRUE(happens([this] { return usbfs().unsentBytes() == 0; }));
+    EXPECT_EQ(readAll(camera_, object.size()), object);
+    EXPECT_EQ(usbfs().waitingForIn(), 15U);
+}
+
+TEST(HalvedRingTest, LeavesTheMemoryThatComesFreeToOthers)
+{
+    ConnectedCamera camera;
+    camera.camera.usbfs().setMemoryLimit(8 * usualTransfer);
+    ASSERT_EQ(camera.open(), UsbResult::Success);
+    ASSERT_TRUE(happens([&] { return camera.camera.usbfs().waitingForIn() == 4; }));
+    camera.camera.usbfs().setMemoryLimit(16 * 1024 * 1024);
+    const ByteBuffer object = numberedBytes(2 * 1024 * 1024 + 100);
+    EXPECT_EQ(leftByTheRing(camera.camera, object), object.size() - 4 * usualTransfer);
+    EXPECT_EQ(readAll(camera, object.size()), object);
 }
 
 struct MemoryRow {
