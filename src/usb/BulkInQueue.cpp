@@ -43,7 +43,6 @@ UsbResult BulkInQueue::start()
     const Lock lock(mutex_);
     assert(stopped_ && line_.empty());
     stopped_ = failed_ = stalled_ = paused_ = dropping_ = filledExactly_ = isMemoryShort_ = false;
-    surplus_ = 0;
     boundary_.restart();
     UsbResult result = UsbResult::NoMemory;
     for (std::size_t size = most_.transferSize; size >= smallestTransfer; size /= 2) {
@@ -72,7 +71,6 @@ void BulkInQueue::stop()
     idle_.clear();
     extras_.clear();
     inFlight_ = 0;
-    surplus_ = 0;
 }
 
 bool BulkInQueue::waitUntilIdle(Lock& lock, std::chrono::milliseconds limit)

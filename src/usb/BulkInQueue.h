@@ -134,7 +134,6 @@ private:
     std::vector<std::unique_ptr<BulkInTransfer>> idle_;
     std::vector<std::unique_ptr<BulkInTransfer>> extras_;  // for when the reader is busy
     std::size_t inFlight_ = 0;  // those of the line that have not finished
-    std::size_t surplus_ = 0;   // how many leave the ring once they are cancelled
     std::size_t depth_ = 0;     // transfers that belong to the ring, idle ones included
     std::size_t transferSize_ = 0;
     bool stopped_ = true;

@@ -38,9 +38,8 @@ UsbResult BulkInQueue::fillRing(std::size_t transferSize)
 /// Takes the newer half of the line out of the ring.
 void BulkInQueue::halve()
 {
-    surplus_ = line_.size() / 2;
-    depth_ = line_.size() - surplus_;
-    for (std::size_t i = line_.size() - surplus_; i < line_.size(); ++i)
+    depth_ = line_.size() - line_.size() / 2;
+    for (std::size_t i = depth_; i < line_.size(); ++i)
         line_[i]->cancel();
 }
 
@@ -164,13 +163,13 @@ void BulkInQueue::retireFront()
         extras_.clear();
         isMemoryShort_ = false;
     }
-    if (surplus_ > 0 && transfer->outcome() == UsbResult::Aborted) {
-        --surplus_;
-    } else if ((isHeldBack && idle_.size() < depth_) || endsAnswer) {
+    if ((isHeldBack && idle_.size() < depth_) || endsAnswer) {
         idle_.push_back(std::move(transfer));
     } else if (isHeldBack || inFlight_ + idle_.size() >= depth_) {
-        // The ring is whole without this one: there was a spare, or it was read ahead into.
-        extras_.push_back(std::move(transfer));
+        // The ring is whole without this one: there was a spare, or it was read ahead into, or the
+        // ring is smaller now and its memory is for others.
+        if (depth_ == most_.depth)
+            extras_.push_back(std::move(transfer));
     } else {
         // If the kernel has no memory for it now, it waits until the ring has run out.
         static_cast<void>(submit(std::move(transfer)));
@@ -183,14 +182,16 @@ void BulkInQueue::dropFinished()
         retireFront();
 }
 
-/// Lets go of transfers that were cancelled to make the ring smaller and hold nothing.
+/// Lets go at once of transfers that were cancelled to make the ring smaller and hold nothing; the
+/// others go when they have been read.
 void BulkInQueue::dropSurplus()
 {
-    while (surplus_ > 0 && !line_.empty() && line_.back()->finished()
-           && line_.back()->receivedCount() == 0 && line_.back()->outcome() == UsbResult::Aborted) {
+    const auto isSurplus = [this](const BulkInTransfer& transfer) {
+        return transfer.finished() && transfer.receivedCount() == 0
+            && transfer.outcome() == UsbResult::Aborted;
+    };
+    while (depth_ < most_.depth && line_.size() > depth_ && isSurplus(*line_.back()))
         line_.pop_back();
-        --surplus_;
-    }
 }
 
 }  // namespace nivor

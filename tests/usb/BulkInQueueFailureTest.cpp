@@ -156,6 +156,30 @@ TEST(HalvedRingTest, LeavesTheMemoryThatComesFreeToOthers)
     EXPECT_EQ(readAll(camera, object.size()), object);
 }
 
+// The transfers that are to leave the ring have filled by then, so that they can't be cancelled.
+TEST(HalvedRingTest, KeepsItsTransfersWhenBytesWaitAtItsStart)
+{
+    ConnectedCamera camera;
+    camera.camera.onControl([](const MockedSetup& setup, ByteView) -> std::optional<ByteBuffer> {
+        return setup.bRequest == 0x67 ? deviceStatusBlock(0x2001) : ByteBuffer();
+    });
+    camera.camera.usbfs().setMemoryLimit(8 * usualTransfer);
+    const ByteBuffer object = numberedBytes(2 * 1024 * 1024 + 100);
+    camera.camera.send(object);
+    ASSERT_EQ(camera.open(), UsbResult::Success);
+    EXPECT_EQ(readAll(camera, object.size()), object);
+    const auto waiting = [&] { return camera.camera.usbfs().waitingForIn(); };
+    EXPECT_GE(waiting(), 3U);
+
+    // Now each of them ends as cancelled.
+    EXPECT_EQ(camera.cancelRequest(), UsbResult::Success);
+    EXPECT_EQ(camera.deviceStatus(), UsbResult::Success);
+    camera.camera.onBulkOut([&](ByteView) { camera.camera.send(numberedBytes(12)); });
+    EXPECT_EQ(camera.interface->writePipe(numberedBytes(16)), UsbResult::Success);
+    EXPECT_EQ(camera.read(5120).bytes, numberedBytes(12));
+    EXPECT_GE(waiting(), 3U);
+}
+
 struct MemoryRow {
     std::size_t limit;
     std::size_t waiting;
