@@ -186,7 +186,7 @@ void BulkInQueue::dropFinished()
 /// others go when they have been read.
 void BulkInQueue::dropSurplus()
 {
-    const auto isSurplus = [this](const BulkInTransfer& transfer) {
+    const auto isSurplus = [](const BulkInTransfer& transfer) {
         return transfer.finished() && transfer.receivedCount() == 0
             && transfer.outcome() == UsbResult::Aborted;
     };
