@@ -135,11 +135,9 @@ UsbResult BulkInPipe::read(std::span<std::uint8_t> buffer, std::size_t& received
                     .filled = 0,
                     .noData = bounded(timeouts.noData),
                     .noDataDeadline = start + bounded(timeouts.noData),
-                    .completionDeadline = start + bounded(timeouts.completion),
-                    .settledBefore = 0};
+                    .completionDeadline = start + bounded(timeouts.completion)};
 
     std::unique_lock lock(mutex_);
-    reading.settledBefore = settledCount_;
     wireFreeAt_ = std::max(wireFreeAt_, start - mostCatchingUp);
     Step step = Step::GoOn;
     while (step == Step::GoOn)
@@ -170,8 +168,11 @@ BulkInPipe::Step BulkInPipe::advance(std::unique_lock<std::mutex>& lock, Reading
         return Step::Left;
     if (reading.isFull())
         return Step::Finished;
-    // Its part is of a transaction that is over; the next one's answer may be here already.
-    if (reading.filled > 0 && settledCount_ != reading.settledBefore)
+    // A part from before the pipe settled is of a transaction that is over; the next one's answer
+    // may be here already.
+    if (reading.filled == 0)
+        reading.settledBefore = settledCount_;
+    else if (reading.settledBefore != settledCount_)
         return Step::Finished;
     if (transfers_.empty())
         return waitUntil(lock, reading, Clock::time_point::max());

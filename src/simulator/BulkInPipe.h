@@ -62,7 +62,7 @@ private:
         Clock::duration noData;
         Clock::time_point noDataDeadline;
         Clock::time_point completionDeadline;
-        std::uint64_t settledBefore;  ///< how often the pipe had settled when it began
+        std::uint64_t settledBefore = 0;  ///< how often the pipe had, when the first bytes came
         std::optional<Clock::time_point> settledDeadline{};
 
         [[nodiscard]] std::size_t room() const { return buffer.size() - filled; }
