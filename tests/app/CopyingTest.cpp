@@ -55,7 +55,7 @@ private:
 TEST_F(AppCopying, FilesArriveUnderAPanelThatIsGoneAfterwards)
 {
     addFiles({u"A.JPG", u"B.JPG"}, 1'000'000);
-    list({.pace = {.megabytesPerSecond = 5}});
+    list({.pace = {.megabytesPerSecond = 1}});
     QString message;
     QString amount;
     bool isModal = false;
@@ -316,7 +316,7 @@ TEST_F(AppCopying, AFolderThatIsGoneIsNamed)
 TEST_F(AppCopying, AFolderRemovedDuringTheRunFailsTheFilesThatAreLeft)
 {
     addFiles({u"A", u"B"}, 1'000'000);
-    list({.pace = {.megabytesPerSecond = 5}});
+    list({.pace = {.megabytesPerSecond = 1}});
     const fs::path target = folder() / "target";
     fs::create_directory(target);
     once(hasArrived("target/A", 1), [&] { fs::remove_all(target); });

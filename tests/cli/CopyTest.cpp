@@ -178,7 +178,7 @@ TEST_F(Copy, CtrlCStopsAndSaysThatTheCameraConfirmed)
 {
     for (const char16_t* name : {u"1.MOV", u"2.MOV", u"3.MOV"})
         card->addFile(name, 2'000'000);
-    attach({.pace = {.megabytesPerSecond = 4}});
+    attach({.pace = {.megabytesPerSecond = 2}});
     interruptAfter(2'500'000);
     const RunResult result = run({"copy", folder()});
     EXPECT_EQ(result.exitCode, 5);
@@ -199,7 +199,7 @@ TEST_F(Copy, CtrlCThatTheCameraIgnoresIsToldSo)
 {
     card->addFile(u"1.MOV", 2'000'000);
     card->addFile(u"2.MOV", 2'000'000);
-    attach({.pace = {.megabytesPerSecond = 4},
+    attach({.pace = {.megabytesPerSecond = 2},
             .faults = FaultPlan().usb(UsbStep::CancelRequest, UsbResult::PipeStalled)});
     interruptAfter(500'000);
     const RunResult result = run({"copy", folder(), "--json"});
@@ -290,7 +290,7 @@ TEST_F(Copy, ACameraThatVanishesWhileComparingLeavesTheRestNotCompared)
 TEST_F(Copy, CtrlCWhileComparingSaysSo)
 {
     card->addFile(u"1.MOV", 2'000'000);
-    attach({.pace = {.megabytesPerSecond = 8}});
+    attach({.pace = {.megabytesPerSecond = 2}});
     interruptAfter(2'500'000);
     const RunResult result = run({"copy", folder(), "--verify"});
     EXPECT_EQ(result.exitCode, 5);
@@ -303,7 +303,7 @@ TEST_F(Copy, CtrlCWhileComparingSaysSo)
 TEST_F(Copy, OnATerminalCtrlCIsAnsweredAtOnce)
 {
     card->addFile(u"1.MOV", 2'000'000);
-    attach({.pace = {.megabytesPerSecond = 4}});
+    attach({.pace = {.megabytesPerSecond = 2}});
     isErrorTerminal = true;
     interruptAfter(500'000);
     const RunResult result = run({"copy", folder()});

@@ -156,8 +156,9 @@ TEST_F(CopyComparisonTest, AStopIsConfirmedByTheCameraAndLeavesTheCopies)
 {
     for (const char16_t* name : {u"1.MOV", u"2.MOV", u"3.MOV"})
         card->addFile(name, fileSize);
-    connect({.pace = {.megabytesPerSecond = 8}});
+    connect();
     copy();
+    camera->setPace({.megabytesPerSecond = 2});
     observer.stopWhen = [this] {
         return progress->numberOfCopiedItems() == 2
             && progress->copiedSize() > fileSize + fileSize / 4;
@@ -174,6 +175,7 @@ TEST_F(CopyComparisonTest, AStopIsConfirmedByTheCameraAndLeavesTheCopies)
 
     // The next transaction is not taken for a stopped one.
     observer.stopWhen = {};
+    camera->setPace({});
     result.isStopped = result.isStopConfirmed = false;
     EXPECT_EQ(compare(), 3U);
 }

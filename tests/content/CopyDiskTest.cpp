@@ -275,10 +275,12 @@ protected:
     {
         for (const char16_t* name : {u"A.MOV", u"B.MOV", u"C.MOV"})
             handles.push_back(card->addFile(name, filmSize));
-        // Slow enough to be seen in the middle of a file.
-        connect({.pace = {.megabytesPerSecond = 8}});
+        connect();
         fs::create_directory(target);
         observer.stopWhen = [this, &happening] {
+            // Slow enough to be seen in the middle of the second.
+            if (observer.received == 1)
+                camera->setPace({.megabytesPerSecond = hasHappened ? 0 : 0.5});
             if (!hasHappened && !observer.finished.empty() && fs::exists(target / "B.MOV")) {
                 hasHappened = true;
                 happening();
@@ -383,7 +385,7 @@ TEST_F(CopyDisk, AStopWorksOnASlowDisk)
 {
     for (const char16_t* name : {u"A.MOV", u"B.MOV"})
         card->addFile(name, filmSize);
-    connect({.pace = {.megabytesPerSecond = 4}});
+    connect({.pace = {.megabytesPerSecond = 2}});
     observer.stopWhen = [this] { return progress->copiedSize() > 20'000; };
     // Six hundred pieces: twelve seconds if the stop did not work.
     const CopyResult result = copyWith({{"A.MOV", {.perWrite = 20ms}}});

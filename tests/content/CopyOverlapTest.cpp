@@ -135,7 +135,7 @@ TEST_F(CopyOverlap, NothingIsFetchedBehindAFileThatFailed)
 
 TEST_F(CopyOverlap, AFileThatIsSafeIsReportedWhileTheNextIsUnderWay)
 {
-    camera->setPace({.megabytesPerSecond = 4});
+    camera->setPace({.megabytesPerSecond = 1});
     card->addFile(u"I", 2'000'000);
     std::size_t seen = 0;
     observer.stopWhen = [&] {

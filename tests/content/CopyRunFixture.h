@@ -78,12 +78,12 @@ protected:
                                                       std::filesystem::directory_iterator()));
     }
 
-    /// Five files of 2 MB at 4 MB/s, stopped in the second.
+    /// Five files of 2 MB at 2 MB/s, stopped in the second.
     void prepareStopInSecondFile(FaultPlan faults = {})
     {
         for (const char16_t* name : {u"1.MOV", u"2.MOV", u"3.MOV", u"4.MOV", u"5.MOV"})
             handles.push_back(card->addFile(name, fileSize));
-        connect({.pace = {.megabytesPerSecond = 4}, .faults = std::move(faults)});
+        connect({.pace = {.megabytesPerSecond = 2}, .faults = std::move(faults)});
         observer.stopWhen = [this] {
             return progress->numberOfCopiedItems() == 2
                 && progress->copiedSize() > fileSize + fileSize / 4;

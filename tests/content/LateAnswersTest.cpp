@@ -12,8 +12,8 @@ using ::testing::HasSubstr;
 
 namespace {
 
-/// Its engine waits a fifth of the time: one second for each answer. One answer to one operation
-/// takes one and a half, so that it comes while the next one is waited for.
+/// Its engine waits half the time: two and a half seconds for each answer. One answer to one
+/// operation takes half as long again, so that it comes while the next one is waited for.
 class LateAnswers : public CopyRunFixture {
 protected:
     void connectLate(OperationCode operation, std::uint64_t occurrence = 2)
@@ -22,13 +22,13 @@ protected:
             handles.push_back(card->addFile(name, 1000));
         camera = std::make_shared<SimulatedCamera>(
             card,
-            CameraSettings{.faults = FaultPlan().on(operation, fault::Delay{1500ms},
+            CameraSettings{.faults = FaultPlan().on(operation, fault::Delay{3750ms},
                                                     Occurrences::nth(occurrence))});
         host->attach(camera);
         ASSERT_TRUE(quick.connect(anyVendorID));
     }
 
-    PTPCommunication quick{{.host = host, .logger = &log.logger(), .agentPause = {}, .pace = 5}};
+    PTPCommunication quick{{.host = host, .logger = &log.logger(), .agentPause = {}, .pace = 2}};
 };
 
 TEST_F(LateAnswers, DescribeNoOtherObject)
@@ -63,7 +63,7 @@ TEST_F(LateAnswers, AreNoHandles)
     card->setThumbnail(card->addFile(u"T", 10), ByteBuffer(4000, 7));
     camera = std::make_shared<SimulatedCamera>(
         card,
-        CameraSettings{.faults = FaultPlan().on(OperationCode::GetThumb, fault::Delay{1500ms}),
+        CameraSettings{.faults = FaultPlan().on(OperationCode::GetThumb, fault::Delay{3750ms}),
                        .listing = ListingStyle::RootOnly});
     host->attach(camera);
     ASSERT_TRUE(quick.connect(anyVendorID));

@@ -149,7 +149,7 @@ void addTrickle(std::vector<Fault>& faults)
                       .containerSize = {{Kind::Dataset, slowSize},
                                         {Kind::Collected, slowSize},
                                         {Kind::File, slowSize}},
-                      .pace = 10});
+                      .pace = 5});
 }
 
 }  // namespace

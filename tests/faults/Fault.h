@@ -75,7 +75,7 @@ struct Fault {
 
     /// How many milliseconds pass in a real one where the camera is slow and all ends well: few,
     /// for a machine under load to keep up.
-    unsigned pace = 5;
+    unsigned pace = 2;
     bool refusesCommand = false;  ///< it does not reach the camera
     bool leaves = false;          ///< the camera is gone afterwards
 

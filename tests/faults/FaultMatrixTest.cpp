@@ -22,7 +22,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // Where a time-out has to run out.
-constexpr unsigned hurry = 25;
+constexpr unsigned hurry = 10;
 
 struct Cell {
     const Operation* operation;

@@ -50,7 +50,7 @@ protected:
     }
 
     std::atomic<bool> isSending{true};
-    PTPCommunication quick{{.host = host, .logger = &log.logger(), .agentPause = {}, .pace = 20}};
+    PTPCommunication quick{{.host = host, .logger = &log.logger(), .agentPause = {}, .pace = 10}};
     const HandleBlock handle{{0x0A, 0x00, 0x01, 0x00}};
 };
 

@@ -24,14 +24,16 @@ protected:
 
     std::future<bool> start(std::uint32_t timeout)
     {
+        engine.setTimeoutTimer(0);
         auto running = std::async(std::launch::async, [this, timeout] {
             CommandContainer command(OperationCode::GetObject, 1);
             command.append(1);
             return engine.executePTPTransaction(command.bytes(), nullptr, nullptr, 0, nullptr, true,
                                                 timeout);
         });
-        while (pipes().written().empty())
-            std::this_thread::sleep_for(1ms);
+        // Only when it waits for the answer has it taken note that the camera has the command.
+        while (engine.timeoutTimer() < 100
+               && running.wait_for(1ms) == std::future_status::timeout) { }
         return running;
     }
 
@@ -114,7 +116,7 @@ TEST_F(Cancel, GivesUpAfterTenPollsAndLetsTheTransactionRun)
 TEST_F(Cancel, RecordsAFailWhenTheLastOfTenPollsFailed)
 {
     device->statuses = {{.bytes = {}, .result = UsbResult::PipeStalled}};
-    std::future<bool> running = start(300);
+    std::future<bool> running = start(2000);
     engine.cancelTransaction();
     EXPECT_EQ(log.messagesOf(event).back(), "cancelTransaction (result = fail)");
     EXPECT_FALSE(engine.isStopCopyFlg());
@@ -145,7 +147,7 @@ TEST_F(Cancel, DoesNotTakeAnEmptyStatusForAnOldOne)
     ASSERT_TRUE(engine.isStopCopyFlg());
     engine.stopCopyFlgInit();
 
-    std::future<bool> second = start(300);
+    std::future<bool> second = start(2000);
     engine.cancelTransaction();
     EXPECT_EQ(statusRequests(), 11U);
     EXPECT_FALSE(engine.isStopCopyFlg());

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::uint32_t quietTimeout = 200;  // milliseconds
+constexpr std::uint32_t quietTimeout = 1000;  // milliseconds
 
 /// Takes every piece, each in more than a time-out.
 class SlowSink : public PTPTransactionCallback {
@@ -19,7 +19,7 @@ public:
     bool callbackProc(std::uint64_t receivedSize, std::uint64_t /*completeDataSize*/,
                       const std::uint8_t* /*data*/, std::uint64_t /*dataSize*/) override
     {
-        std::this_thread::sleep_for(3 * std::chrono::milliseconds(quietTimeout));
+        std::this_thread::sleep_for(2 * std::chrono::milliseconds(quietTimeout));
         received = receivedSize;
         return true;
     }

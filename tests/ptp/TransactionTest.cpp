@@ -43,7 +43,7 @@ class Transaction : public EngineFixture {
 protected:
     Transaction() { attachDirectly(); }
 
-    bool run(bool isReceiveData, std::uint32_t timeout = 300,
+    bool run(bool isReceiveData, std::uint32_t timeout = 5000,
              PTPTransactionCallback* sink = nullptr, std::uint64_t expected = 0)
     {
         CommandContainer command(OperationCode::GetStorageIDs, 0);
@@ -154,8 +154,8 @@ TEST_F(Transaction, TimesOutOnARefusalInsteadOfDataAndKeepsItsCode)
 {
     pipes().answerWrite(1, {response(0x2009)});
     const auto start = Clock::now();
-    EXPECT_FALSE(run(true, 300));
-    EXPECT_GE(Clock::now() - start, 300ms);
+    EXPECT_FALSE(run(true, 2000));
+    EXPECT_GE(Clock::now() - start, 2000ms);
     EXPECT_EQ(engine.lastResponseCode(), 0x2009);
     EXPECT_THAT(log.messagesOf("PTPCommunication setReceiveOperation:"),
                 ::testing::Contains("ReadPipe : timeout1 retry"));
@@ -278,7 +278,7 @@ TEST_F(Transaction, DoesNotTakeAnEmptyPacketForTheHeaderBeforeIt)
     // Were the data container's header still in the buffer, the empty packet would repeat it.
     pipes().answerWrite(1, {data(0x1004, {1, 0, 0, 0}), ByteBuffer{}, response(0x2001)});
     CountingSink sink;
-    EXPECT_TRUE(run(true, 300, &sink));
+    EXPECT_TRUE(run(true, 5000, &sink));
     EXPECT_THAT(sink.received, ElementsAre(16U));
     EXPECT_EQ(engine.lastResponseCode(), 0x2001);
 }
@@ -304,9 +304,9 @@ TEST_F(Transaction, NamesTheSinksErrorAlthoughTheCameraThenHangs)
             throw FileError(ENOSPC, "Could not write film.mov");
         }
     } sink;
-    device->onCancel = [] { std::this_thread::sleep_for(300ms); };
+    device->onCancel = [] { std::this_thread::sleep_for(1500ms); };
     pipes().answerWrite(1, {container(2, 0x1009, 1, pattern(100), 100'000)});
-    EXPECT_FALSE(run(true, 100, &sink));
+    EXPECT_FALSE(run(true, 1000, &sink));
     EXPECT_EQ(engine.lastTransactionFailure().cause, TransactionFailure::Cause::SinkError);
     EXPECT_THAT(engine.lastTransactionFailure().toText(), HasSubstr("film.mov"));
 }
@@ -355,7 +355,7 @@ TEST_F(Transaction, ReadsAContainerOfUnknownLengthUpToTheExpectedSize)
 {
     const ByteBuffer whole = container(2, 0x1009, 1, pattern(6000), 0xFFFFFFFF);
     pipes().answerWrite(1, {whole, response(0x2001)});
-    EXPECT_TRUE(run(true, 1000, nullptr, 6012));
+    EXPECT_TRUE(run(true, 5000, nullptr, 6012));
     EXPECT_EQ(*slot, whole);
 }
 
@@ -363,7 +363,7 @@ TEST_F(Transaction, EndsAContainerOfUnknownLengthAfterOneReadWhenTwelveBytesAreE
 {
     const ByteBuffer whole = container(2, 0x1009, 1, pattern(100), 0xFFFFFFFF);
     pipes().answerWrite(1, {whole, response(0x2001)});
-    EXPECT_TRUE(run(true, 1000, nullptr, 12));
+    EXPECT_TRUE(run(true, 5000, nullptr, 12));
     EXPECT_EQ(*slot, whole);
 }
 
@@ -403,12 +403,12 @@ TEST_F(Transaction, DoesNotTimeOutWhileDataKeepsComing)
     pipes().answerWrite(1, {first});
     std::thread camera([this] {
         for (int piece = 0; piece < 3; ++piece) {
-            std::this_thread::sleep_for(150ms);
+            std::this_thread::sleep_for(800ms);
             pipes().answer({.bytes = ByteBuffer(1000)});
         }
         pipes().answer({.bytes = response(0x2001)});
     });
-    EXPECT_TRUE(run(true, 300));
+    EXPECT_TRUE(run(true, 2000));
     camera.join();
 }
 
@@ -453,7 +453,7 @@ TEST_F(Transaction, TakesTheResponseOfARefusedObjectOutOfThePipe)
     EXPECT_FALSE(run(true, 5000, &sink));
 
     pipes().answerWrite(1, {response(0x200D)});
-    EXPECT_TRUE(run(false, 1000));
+    EXPECT_TRUE(run(false, 5000));
     EXPECT_EQ(engine.lastResponseCode(), 0x200D);
 }
 
@@ -495,7 +495,7 @@ TEST_F(Transaction, RecordsThatTheBaseSinkMustBeOverridden)
 {
     PTPTransactionCallback base;
     pipes().answerWrite(1, {data(0x1009, {1}), response(0x2001)});
-    EXPECT_FALSE(run(true, 1000, &base));
+    EXPECT_FALSE(run(true, 5000, &base));
     EXPECT_THAT(log.messagesOf("PTPCommunication setReceiveOperation:"),
                 ::testing::Contains(HasSubstr("Must override "
                                               "callbackProc:completeDataSize:data:dataSize: in "
@@ -534,7 +534,7 @@ TEST_F(Transaction, LeavesALateResponseToTheNextTransaction)
 {
     EXPECT_FALSE(run(false, 100));
     pipes().answer({.bytes = response(0x2009)});  // late, of the first
-    EXPECT_TRUE(run(false, 1000));
+    EXPECT_TRUE(run(false, 5000));
     EXPECT_EQ(engine.lastResponseCode(), 0x2009);
 }
 

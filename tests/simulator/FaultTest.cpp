@@ -83,7 +83,7 @@ TEST_F(FaultTest, GoesSilent)
 
 TEST_F(FaultTest, AnswersLate)
 {
-    getWith(fault::Delay{100ms});
+    getWith(fault::Delay{2000ms});
     EXPECT_EQ(host.read(5120, {20ms, 20ms}).result, UsbResult::TransactionTimeout);
     EXPECT_EQ(host.read().payload().size(), 100U);
     EXPECT_TRUE(host.read().isResponse());

@@ -211,7 +211,7 @@ TEST_F(BulkInQueueTest, ATimeoutWithSomeBytesIsASuccessAndLosesNothing)
 {
     const ByteBuffer object = numberedBytes(300 * 1024);
     camera_.camera.send({object.begin(), object.begin() + 200 * 1024}, WireEnd::Open);
-    ReadResult first = camera_.read(1024 * 1024, 50ms);
+    ReadResult first = camera_.read(1024 * 1024, 1500ms);
     EXPECT_EQ(first.result, UsbResult::Success);
     // One transfer of the ring has finished; the other is half full.
     EXPECT_EQ(first.bytes.size(), 128U * 1024);
@@ -227,11 +227,11 @@ TEST_F(BulkInQueueTest, ProgressRenewsTheNoDataTime)
 {
     std::jthread sender([this] {
         for (int i = 0; i < 4; ++i) {
-            std::this_thread::sleep_for(150ms);
+            std::this_thread::sleep_for(700ms);
             camera_.camera.send(numberedBytes(128 * 1024), WireEnd::Open);
         }
     });
-    EXPECT_EQ(camera_.read(512 * 1024, 400ms, 20s).bytes.size(), 512U * 1024);
+    EXPECT_EQ(camera_.read(512 * 1024, 2s, 20s).bytes.size(), 512U * 1024);
 }
 
 TEST_F(BulkInQueueTest, AWaitingReadWakesAsSoonAsBytesCome)

@@ -24,6 +24,7 @@ protected:
     }
 
     ReadResult quickRead() { return camera_.read(5120, 30ms); }
+    ReadResult patientRead() { return camera_.read(5120, 10s, 10s); }
 
     ConnectedCamera camera_;
     ByteBuffer statusBlock_ = deviceStatusBlock(0x2001);
@@ -48,7 +49,7 @@ TEST_F(CancelledTransactionTest, WhatComesAfterwardsIsGoneUntilTheNextWrite)
     EXPECT_EQ(quickRead().result, UsbResult::TransactionTimeout);
     camera_.camera.onBulkOut([this](ByteView) { camera_.camera.send(numberedBytes(12, 9)); });
     EXPECT_EQ(camera_.interface->writePipe(command_), UsbResult::Success);
-    EXPECT_EQ(quickRead(), (ReadResult{UsbResult::Success, numberedBytes(12, 9)}));
+    EXPECT_EQ(patientRead(), (ReadResult{UsbResult::Success, numberedBytes(12, 9)}));
 }
 
 TEST_F(CancelledTransactionTest, BytesInAHalfFilledTransferAreGoneToo)
@@ -58,7 +59,7 @@ TEST_F(CancelledTransactionTest, BytesInAHalfFilledTransferAreGoneToo)
     camera_.deviceStatus();
     camera_.camera.onBulkOut([this](ByteView) { camera_.camera.send(numberedBytes(12, 9)); });
     EXPECT_EQ(camera_.interface->writePipe(command_), UsbResult::Success);
-    EXPECT_EQ(quickRead().bytes, numberedBytes(12, 9));
+    EXPECT_EQ(patientRead().bytes, numberedBytes(12, 9));
     EXPECT_EQ(camera_.camera.usbfs().waitingForIn(), 15U);
 }
 
@@ -103,7 +104,7 @@ TEST_F(CancelledTransactionTest, AStallThatIsPartOfTheCancellingIsGoneAndCleared
     camera_.deviceStatus();
     camera_.camera.onBulkOut([this](ByteView) { camera_.camera.send(numberedBytes(12, 9)); });
     EXPECT_EQ(camera_.interface->writePipe(command_), UsbResult::Success);
-    EXPECT_EQ(quickRead(), (ReadResult{UsbResult::Success, numberedBytes(12, 9)}));
+    EXPECT_EQ(patientRead(), (ReadResult{UsbResult::Success, numberedBytes(12, 9)}));
     EXPECT_EQ(camera_.camera.usbfs().counters().clearedHalts, 1U);
 }
 
@@ -114,7 +115,7 @@ TEST_F(CancelledTransactionTest, UnconfirmedNothingIsDropped)
     camera_.cancelRequest();
     for (int i = 0; i < 10; ++i)
         camera_.deviceStatus();
-    EXPECT_EQ(quickRead().bytes, numberedBytes(600));
+    EXPECT_EQ(patientRead().bytes, numberedBytes(600));
 }
 
 TEST_F(CancelledTransactionTest, AStatusTooShortForACodeConfirmsNothing)
@@ -126,7 +127,7 @@ TEST_F(CancelledTransactionTest, AStatusTooShortForACodeConfirmsNothing)
         camera_.cancelRequest();
         EXPECT_EQ(camera_.deviceStatus(), UsbResult::Success);
         EXPECT_EQ(camera_.transferred, size);
-        EXPECT_EQ(quickRead().bytes, numberedBytes(600));
+        EXPECT_EQ(patientRead().bytes, numberedBytes(600));
     }
 }
 
@@ -134,7 +135,7 @@ TEST_F(CancelledTransactionTest, AStatusOfOkWithoutARequestDropsNothing)
 {
     camera_.camera.send(numberedBytes(600));
     camera_.deviceStatus();
-    EXPECT_EQ(quickRead().bytes, numberedBytes(600));
+    EXPECT_EQ(patientRead().bytes, numberedBytes(600));
 }
 
 TEST_F(CancelledTransactionTest, ARefusedRequestDropsNothing)
@@ -145,7 +146,7 @@ TEST_F(CancelledTransactionTest, ARefusedRequestDropsNothing)
     camera_.camera.send(numberedBytes(600));
     EXPECT_EQ(camera_.cancelRequest(), UsbResult::PipeStalled);
     camera_.deviceStatus();
-    EXPECT_EQ(quickRead().bytes, numberedBytes(600));
+    EXPECT_EQ(patientRead().bytes, numberedBytes(600));
 }
 
 TEST_F(CancelledTransactionTest, AConfirmationAfterTheNextWriteIsTooLate)
@@ -154,7 +155,7 @@ TEST_F(CancelledTransactionTest, AConfirmationAfterTheNextWriteIsTooLate)
     EXPECT_EQ(camera_.interface->writePipe(command_), UsbResult::Success);
     camera_.camera.send(numberedBytes(600));
     camera_.deviceStatus();
-    EXPECT_EQ(quickRead().bytes, numberedBytes(600));
+    EXPECT_EQ(patientRead().bytes, numberedBytes(600));
 }
 
 TEST_F(CancelledTransactionTest, ManyTimesInTheMiddleOfATransfer)

@@ -39,7 +39,8 @@ TEST(UnplugTest, BytesOfTheReadUnderWayAreStillGiven)
     ASSERT_EQ(camera.open(), UsbResult::Success);
     camera.camera.send(numberedBytes(128 * 1024), WireEnd::Open);
     auto reading = std::async(std::launch::async, [&] { return camera.read(1 << 20, 20s, 20s); });
-    std::this_thread::sleep_for(30ms);
+    // For the read to begin and the bytes to come into it, which nothing shows.
+    std::this_thread::sleep_for(1s);
     camera.camera.unplug();
     EXPECT_EQ(reading.get(), (ReadResult{UsbResult::Success, numberedBytes(128 * 1024)}));
     EXPECT_EQ(camera.read(5120).result, UsbResult::NoDevice);
