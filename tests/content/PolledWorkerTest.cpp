@@ -75,9 +75,13 @@ TEST(PolledWorker, OperationsThatAreSoonOverDontKeepTheCallerFromItsTurns)
 {
     PolledWorker polled;
     int turns = 0;
-    const auto end = std::chrono::steady_clock::now() + 10s;
-    while (turns < 3 && std::chrono::steady_clock::now() < end)
-        polled.run([] { std::this_thread::sleep_for(1ms); }, [&turns] { ++turns; });
+    // Again where the machine has let the time pass.
+    for (int attempt = 0; attempt < 10 && turns < 3; ++attempt) {
+        turns = 0;
+        const auto end = std::chrono::steady_clock::now() + 20 * pollingSlice;
+        while (std::chrono::steady_clock::now() < end)
+            polled.run([] { std::this_thread::sleep_for(1ms); }, [&turns] { ++turns; });
+    }
     EXPECT_GE(turns, 3);
 }
 

@@ -16,7 +16,7 @@
 namespace nivor::test {
 
 // The engine's waits pass so many times faster; what counts against its time-outs stays the same.
-// A camera on a machine under load has more than a second to answer, then.
+// A camera on a machine under load has more than a second for most answers, then.
 inline constexpr unsigned faultPace = 4;
 
 /// What is told of a camera that left.
